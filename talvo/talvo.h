@@ -1,0 +1,14 @@
+// talvo: the umbrella header. Includes every public header of the library.
+#pragma once
+
+// Foundation
+#include <talvo/foundation/TalvoExport.h>
+#include <talvo/foundation/TalvoCallbacks.h>
+#include <talvo/foundation/TalvoMemoryManager.h>
+#include <talvo/foundation/TalvoObject.h>
+#include <talvo/foundation/TalvoFunction.h>
+#include <talvo/foundation/TalvoInteger.h>
+#include <talvo/foundation/TalvoComparator.h>
+#include <talvo/foundation/TalvoCursor.h>
+#include <talvo/foundation/TalvoMath.h>
+#include <talvo/foundation/TalvoRawString.h>
