@@ -1,0 +1,249 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/foundation/TalvoMemoryManager.h>
+#include <talvo/foundation/TalvoObject.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+using talvo_test::readDumpWithoutDates;
+using talvo_test::readFile;
+
+namespace {
+
+const void* const kPointer = reinterpret_cast<const void*>(4096);
+
+// Switches allocation tracing on for one scope.
+struct TracingOn {
+    TracingOn() { TalvoMemoryManager::setTraceAllocationsFlag(true); }
+    ~TracingOn() { TalvoMemoryManager::setTraceAllocationsFlag(false); }
+};
+
+std::string traceFile() { return readFile("talvo-allocations.txt"); }
+
+class Sample : public TalvoObject<Sample> {
+public:
+    static constexpr const char* ClassName = "Sample";
+    int values[4];
+};
+
+class Base : public TalvoObject<Base> {
+public:
+    static constexpr const char* ClassName = "Base";
+    virtual ~Base() = default;
+};
+
+class Derived : public Base, public TalvoTracedAs<Derived> {
+public:
+    static constexpr const char* ClassName = "Derived";
+};
+
+}  // namespace
+
+TEST(TalvoMemoryManager, TraceNewCountsEvenWhenTracingIsOff) {
+    long before = TalvoMemoryManager::getAllocationBalance();
+    TalvoMemoryManager::traceNew(nullptr, "Thing");
+    EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before + 1);
+    TalvoMemoryManager::traceDelete(nullptr, "Thing");
+    EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before);
+    EXPECT_EQ(traceFile(), "<missing>");
+}
+
+TEST(TalvoMemoryManager, TraceLinesShowPointerNameAndBalance) {
+    long before = TalvoMemoryManager::getAllocationBalance();
+    {
+        TracingOn tracing;
+        TalvoMemoryManager::traceNew(kPointer, "Thing");
+        TalvoMemoryManager::traceAllocationDebugPoint("middle");
+        TalvoMemoryManager::traceDelete(kPointer, "Thing");
+    }
+    std::string b = std::to_string(before);
+    EXPECT_EQ(traceFile(), "4096 :: new Thing [" + b + "]\n" + "point :: middle\n" +
+                               "4096 :: delete Thing [" + b + "]\n");
+}
+
+TEST(TalvoMemoryManager, DebugPointIsSilentWhenTracingIsOff) {
+    TalvoMemoryManager::traceAllocationDebugPoint("nothing");
+    EXPECT_EQ(traceFile(), "<missing>");
+}
+
+TEST(TalvoMemoryManager, AllocationBalanceLineMarksTracing) {
+    std::string b = std::to_string(TalvoMemoryManager::getAllocationBalance());
+    TalvoMemoryManager::traceAllocationBalance("plain");
+    {
+        TracingOn tracing;
+        TalvoMemoryManager::traceAllocationBalance("traced");
+    }
+    EXPECT_EQ(traceFile(), "plain: allocation balance = " + b + "\n" +
+                               "traced: allocation balance = " + b + " (traced)\n");
+}
+
+TEST(TalvoMemoryManager, TraceFileNameCanBeChanged) {
+    char name[] = "other-trace.txt";
+    char* previous = TalvoMemoryManager::_TraceFileName;
+    TalvoMemoryManager::_TraceFileName = name;
+    TalvoMemoryManager::traceAllocationBalance("x");
+    TalvoMemoryManager::_TraceFileName = previous;
+    EXPECT_EQ(readFile("other-trace.txt").substr(0, 24), "x: allocation balance = ");
+    EXPECT_EQ(traceFile(), "<missing>");
+}
+
+TEST(TalvoMemoryManager, SecondDeleteEndsProcessWithNegativeBalance) {
+    EXPECT_EXIT(
+        {
+            TalvoMemoryManager::start();
+            TalvoMemoryManager::traceNew(kPointer, "Thing");
+            TalvoMemoryManager::traceDelete(kPointer, "Thing");
+            TalvoMemoryManager::traceDelete(kPointer, "Thing");
+        },
+        ::testing::ExitedWithCode(1), "");
+    EXPECT_EQ(readDumpWithoutDates(),
+              "[banner]\nNegative allocation balance (-1): delete Thing at 4096.\n");
+}
+
+TEST(TalvoMemoryManager, DumpOpensEachEntryWithDatedBanner) {
+    TalvoMemoryManager::dump("first\n");
+    TalvoMemoryManager::dump("100%% sure\n");
+    std::string dump = readFile("talvo.dmp");
+    ASSERT_EQ(dump.compare(0, 17, "Talvo version D8 "), 0) << dump;
+    // The asctime date: "Sun Nov 22 03:55:35 2026\n", 25 characters.
+    EXPECT_EQ(dump.find('\n'), 17u + 24u) << dump;
+    EXPECT_EQ(readDumpWithoutDates(), "[banner]\nfirst\n[banner]\n100% sure\n");
+}
+
+TEST(TalvoMemoryManager, NewCellIsZeroFilledAndUncounted) {
+    long before = TalvoMemoryManager::getAllocationBalance();
+    unsigned char* cell = static_cast<unsigned char*>(TalvoMemoryManager::newCell(64));
+    ASSERT_NE(cell, nullptr);
+    for (int i = 0; i < 64; ++i)
+        EXPECT_EQ(cell[i], 0) << i;
+    EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before);
+    TalvoMemoryManager::deleteCell(cell);
+    EXPECT_EQ(readFile("talvo.dmp"), "<missing>");
+}
+
+TEST(TalvoMemoryManager, NullDeletionIsReportedOnlyWhenFlagged) {
+    TalvoMemoryManager::setTraceNullPointerDeletionsFlag(false);
+    TalvoMemoryManager::deleteCell(nullptr);
+    EXPECT_EQ(readFile("talvo.dmp"), "<missing>");
+    TalvoMemoryManager::setTraceNullPointerDeletionsFlag(true);
+    TalvoMemoryManager::deleteCell(nullptr);
+    EXPECT_EQ(readDumpWithoutDates(), "[banner]\nAttempt to free a NULL pointer.\n");
+}
+
+TEST(TalvoMemoryManager, StopReportsLeakOnStandardErrorAndDump) {
+    TalvoMemoryManager::traceNew(kPointer, "Leak");
+    long balance = TalvoMemoryManager::getAllocationBalance();
+    ::testing::internal::CaptureStderr();
+    TalvoMemoryManager::stop();
+    std::string err = ::testing::internal::GetCapturedStderr();
+    TalvoMemoryManager::traceDelete(kPointer, "Leak");
+    std::string message = "TalvoMemoryManager: bug! #allocations=" + std::to_string(balance) + "\n";
+    EXPECT_EQ(err, message);
+    EXPECT_EQ(readDumpWithoutDates(), "[banner]\n" + message);
+}
+
+TEST(TalvoMemoryManager, StopWritesItsTraceLineWhenTracing) {
+    TracingOn tracing;
+    if (TalvoMemoryManager::getAllocationBalance() == 0) {
+        TalvoMemoryManager::stop();
+        EXPECT_EQ(traceFile(), "Stop memory manager\n");
+        EXPECT_EQ(readFile("talvo.dmp"), "<missing>");
+    }
+}
+
+TEST(TalvoMemoryManager, StartResetsBalanceAndTracing) {
+    EXPECT_EXIT(
+        {
+            TalvoMemoryManager::traceNew(kPointer, "Thing");
+            TalvoMemoryManager::setTraceAllocationsFlag(true);
+            TalvoMemoryManager::start();
+            bool ok = TalvoMemoryManager::getAllocationBalance() == 0 &&
+                      !TalvoMemoryManager::_TraceAllocations;
+            std::exit(ok ? 0 : 3);
+        },
+        ::testing::ExitedWithCode(0), "");
+}
+
+TEST(TalvoMemoryManager, FormatInterpreterHandlesConversionsAndEscapes) {
+    struct Case {
+        const char* format;
+        const char* expected;
+    };
+    // Each format is given the same arguments: 'Z', "str", 42, 7, 1.5, 2.5.
+    const Case cases[] = {
+        {"a\\tb%%c", "a\tbc"},
+        {"%c|%s|%d", "Z|str|42"},
+        {"x\\ny\\\\z\\q", "x\ny\\z\\q"},
+        {"%q%d", "Z"},  // "%q" is dropped and consumes nothing: %d reads 'Z' as an int
+        {"", ""},
+        {"end\\", "end\\"},
+        {"end%", "end"},
+    };
+    for (const Case& c : cases) {
+        std::remove("fmt.txt");
+        TalvoMemoryManager::trace("fmt.txt", c.format, 'Z', "str", 42, 7, 1.5, 2.5);
+        std::string expected = c.expected;
+        if (std::string(c.format) == "%q%d")
+            expected = std::to_string(static_cast<int>('Z'));
+        EXPECT_EQ(readFile("fmt.txt"), expected) << "format: " << c.format;
+    }
+}
+
+TEST(TalvoMemoryManager, FormatInterpreterFloatingAndLongConversions) {
+    TalvoMemoryManager::trace("fmt.txt", "%f %g [%l]", 1.5, 0.1 + 0.2, 99);
+    EXPECT_EQ(readFile("fmt.txt"), "1.500000 0.3 []");
+}
+
+TEST(TalvoMemoryManager, ValueTracesAppend) {
+    TalvoMemoryManager::trace("values.txt", 12);
+    TalvoMemoryManager::trace("values.txt", 0.5);
+    TalvoMemoryManager::trace("values.txt", 1e20);
+    EXPECT_EQ(readFile("values.txt"), "120.51e+20");
+}
+
+TEST(TalvoMemoryManager, UnopenableTraceFileFallsBackToStandardErrorAndClosesIt) {
+    EXPECT_EXIT(
+        {
+            TalvoMemoryManager::trace("no-such-dir/file.txt", "to stderr");
+            // Standard error is closed now: writing to it fails.
+            std::exit(std::fputs("more", stderr) == EOF ? 0 : 3);
+        },
+        ::testing::ExitedWithCode(0), "to stderr");
+}
+
+TEST(TalvoObject, NewTracesClassNameAndDeleteBalances) {
+    long before = TalvoMemoryManager::getAllocationBalance();
+    Sample* sample;
+    {
+        TracingOn tracing;
+        sample = new Sample;
+        EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before + 1);
+        for (int v : sample->values)
+            EXPECT_EQ(v, 0);  // storage is zero-filled
+        delete sample;
+    }
+    std::string p = std::to_string(reinterpret_cast<std::intptr_t>(sample));
+    std::string b = std::to_string(before);
+    EXPECT_EQ(traceFile(), p + " :: new Sample [" + b + "]\n" + p + " :: delete Sample [" + b + "]\n");
+}
+
+TEST(TalvoObject, DerivedClassTracesEachLevel) {
+    long before = TalvoMemoryManager::getAllocationBalance();
+    Base* object = new Derived;
+    EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before + 2);
+    delete object;
+    EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before);
+}
+
+TEST(TalvoObject, CopiesKeepTheBalanceEven) {
+    long before = TalvoMemoryManager::getAllocationBalance();
+    {
+        Sample original;
+        Sample copy(original);
+        (void)copy;
+        EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before + 2);
+    }
+    EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before);
+}
