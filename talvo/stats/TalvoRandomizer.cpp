@@ -1,5 +1,6 @@
 #include <talvo/stats/TalvoRandomizer.h>
 
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -100,6 +101,62 @@ int floorToInt(double x) {
 
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 
+// --- The doubling step of the exponential draw.
+
+// kLn2Sums[n] is ln 2 added n times to 0.0, one addition after the other, as
+// the doubling loop adds it.
+const int kLn2SumCount = 1024;  // covers every normal double in (0, 1]
+std::array<double, kLn2SumCount> makeLn2Sums() {
+    std::array<double, kLn2SumCount> sums{};
+    double a = 0.0;
+    for (double& sum : sums) {
+        sum = a;
+        a = a + kLn2;
+    }
+    return sums;
+}
+const std::array<double, kLn2SumCount> kLn2Sums = makeLn2Sums();
+
+const int kExponentShift = 52;
+const std::uint64_t kExponentBits = 0x7ff;
+const std::uint64_t kFractionBits = (std::uint64_t(1) << kExponentShift) - 1;
+const int kExponentBias = 1023;
+
+struct Doubled {
+    double u;  // above 1
+    double a;  // ln 2 once per doubling after the first
+};
+
+// u = 2u; while u <= 1: a = a + ln 2, u = 2u. Doubling is exact, so for a
+// normal u in (0, 1] the count follows from the exponent and the sums come
+// from the table: the same bits without a loop whose exit is unpredictable.
+// Other values take the loop itself.
+Doubled doubleAboveOne(double u) {
+    std::uint64_t bits;
+    std::memcpy(&bits, &u, sizeof bits);
+    int biased = static_cast<int>((bits >> kExponentShift) & kExponentBits);
+    if (u > 0.0 && u <= 1.0 && biased != 0) {
+        int exponent = biased - kExponentBias;  // u = 1.f x 2^exponent
+        // Doublings beyond the first: a power of two needs one more, as
+        // reaching exactly 1 does not end the loop.
+        int n = (bits & kFractionBits) == 0 ? -exponent : -(exponent + 1);
+        if (n < 0)
+            n = 0;
+        bits += static_cast<std::uint64_t>(n + 1) << kExponentShift;
+        Doubled result;
+        std::memcpy(&result.u, &bits, sizeof bits);
+        result.a = kLn2Sums[n];
+        return result;
+    }
+    Doubled result = {u + u, 0.0};
+    // About 1075 doublings bring the smallest positive double above 1.
+    for (int doubling = 0; result.u <= 1.0 && doubling < 2 * kMaxAttempts; ++doubling) {
+        result.a = result.a + kLn2;
+        result.u = result.u + result.u;
+    }
+    return result;
+}
+
 }  // namespace
 
 // ---------------------------------------------------------------- base
@@ -183,14 +240,9 @@ double TalvoRandomizer::exponentialDraw() {
         u = uniformDraw();
     if (u == 0.0)
         return 0.0;  // a generator stuck at zero
-    double a = 0.0;
-    u = u + u;
-    // About 1075 doublings bring the smallest positive double above 1.
-    for (int doubling = 0; u <= 1.0 && doubling < 2 * kMaxAttempts; ++doubling) {
-        a = a + kLn2;
-        u = u + u;
-    }
-    u = u - 1.0;
+    Doubled doubled = doubleAboveOne(u);
+    double a = doubled.a;
+    u = doubled.u - 1.0;
     if (u <= kLn2)
         return a + u;
     double umin = uniformDraw();

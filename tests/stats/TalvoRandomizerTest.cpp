@@ -2,8 +2,10 @@
 
 #include <talvo/stats/TalvoRandomizer.h>
 
+#include <cfloat>
 #include <cmath>
 #include <cstddef>
+#include <random>
 #include <vector>
 
 namespace {
@@ -201,6 +203,39 @@ TEST(TalvoRandomizer, ExponentialDraw_KnownUniformStreams) {
         ScriptedRandomizer r(c.uniforms);
         EXPECT_EQ(c.expected, r.exponentialDraw()) << "first " << c.uniforms[0];
         EXPECT_EQ(c.used, r.used) << "first " << c.uniforms[0];
+    }
+}
+
+// The doubling step read literally, for a stream that continues with 0.5.
+namespace {
+
+double literalExponential(double u) {
+    const double ln2 = 0.6931471805599453;
+    double a = 0.0;
+    u = u + u;
+    while (u <= 1.0) {
+        a = a + ln2;
+        u = u + u;
+    }
+    u = u - 1.0;
+    return u <= ln2 ? a + u : a + 0.5 * ln2;
+}
+
+}  // namespace
+
+TEST(TalvoRandomizer, ExponentialDraw_DoublingMatchesLiteralLoop) {
+    std::vector<double> us = {1.0, 0.5, 0.25, 0.75, 0.3, DBL_MIN, 3 * DBL_MIN, 1e-310, 4.9e-324,
+                              std::nextafter(0.5, 0.0), std::nextafter(0.5, 1.0), std::nextafter(1.0, 0.0),
+                              0.6931471805599453 / 2, 1.0 / 1024, 0.99};
+    std::mt19937_64 engine(3);
+    std::uniform_real_distribution<double> uniform(0.0, 1.0);
+    for (int i = 0; i < 20000; ++i)
+        us.push_back(i % 2 ? uniform(engine) : std::ldexp(uniform(engine), -(i % 1100)));
+    for (double u : us) {
+        if (u == 0.0)
+            continue;
+        ScriptedRandomizer r({u});
+        EXPECT_EQ(literalExponential(u), r.exponentialDraw()) << "u " << u;
     }
 }
 
