@@ -158,7 +158,17 @@ void BM_QuantilizerRankErrorPareto(benchmark::State& state) {
     runAccuracy(state, [&](std::mt19937_64& e) { return 1.0 / (1.0 - uniform(e)); });
 }
 
+// Tail index 1/2 (x = 1 / u^2): about 2 values in 100000 exceed 2147483647.
+void BM_QuantilizerRankErrorParetoHalf(benchmark::State& state) {
+    std::uniform_real_distribution<double> uniform(0.0, 1.0);
+    runAccuracy(state, [&](std::mt19937_64& e) {
+        double u = 1.0 - uniform(e);
+        return 1.0 / (u * u);
+    });
+}
+
 BENCHMARK(BM_QuantilizerRankErrorUniform)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_QuantilizerRankErrorPareto)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_QuantilizerRankErrorParetoHalf)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -111,11 +111,11 @@ void TalvoBinTable::shrink(int k) {
         weights[i] = 0.0;
         if (carriedWeight + w >= binWeight) {
             // One bin per entry at most: an excess beyond one bin is carried on.
-            double part = binWeight - carriedWeight;
+            double share = binWeight - carriedWeight;
             weights[out] = binWeight;
-            values[out] = (carriedSum + part * v) / binWeight;
+            values[out] = (carriedSum + share * v) / binWeight;
             ++out;
-            carriedWeight = w - part;
+            carriedWeight = w - share;
             carriedSum = carriedWeight * v;
         } else {
             carriedSum += v * w;

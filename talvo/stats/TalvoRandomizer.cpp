@@ -75,7 +75,8 @@ int mod32(int x, int y) {
     return x % y;
 }
 
-// Schrage's method: a x k mod m without overflow, for q = m / a and r = m mod a.
+// Schrage (1979), "A more portable Fortran random number generator": a x k
+// mod m without overflow, for q = m / a and r = m mod a.
 int schrageStep(int k, int a, int m, int q, int r) {
     int s = sub32(mul32(a, mod32(k, q)), mul32(r, div32(k, q)));
     if (s < 0)
@@ -193,7 +194,7 @@ int TalvoRandomizer::drawModulo(int n) {
     return floorToInt(uniformDraw() * n);
 }
 
-// Polar method (Marsaglia's variant of Box-Muller): two deviates per accepted
+// Marsaglia and Bray (1964), the polar method: two deviates per accepted
 // pair, the second cached. A cached deviate of exactly 0.0 counts as none.
 double TalvoRandomizer::normalDraw() {
     if (normalDrawValue != 0.0) {
@@ -325,8 +326,8 @@ TalvoCongruentialRandomizer* TalvoCongruentialRandomizer::copy() const {
     return result;
 }
 
-// Park and Miller's minimal standard step by Schrage's method, with the seed
-// masked on the way in and out.
+// Park and Miller (1988), the minimal standard step by Schrage's method, with
+// the seed masked on the way in and out.
 int TalvoCongruentialRandomizer::draw() {
     int k = seed ^ mask;
     int s = schrageStep(k, a, m, q, r);
@@ -380,7 +381,7 @@ void TalvoShuffledCongruentialRandomizer::_freeTable() {
     size = 0;
 }
 
-// Bays and Durham's shuffle: the table is filled backwards after eight
+// Bays and Durham (1976), the shuffle table: filled backwards after eight
 // warm-up steps.
 void TalvoShuffledCongruentialRandomizer::reset() {
     int k = seed;
