@@ -1,0 +1,310 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/stats/TalvoRandomizer.h>
+
+#include <cfloat>
+#include <cmath>
+#include <cstddef>
+#include <random>
+#include <vector>
+
+namespace {
+
+// Hands out a fixed stream of uniforms, then 0.5 for ever.
+class ScriptedRandomizer : public TalvoRandomizer {
+public:
+    explicit ScriptedRandomizer(std::vector<double> uniforms) : uniforms_(std::move(uniforms)) {}
+    using TalvoRandomizer::uniformDraw;
+    double uniformDraw() override {
+        ++used;
+        return next_ < uniforms_.size() ? uniforms_[next_++] : 0.5;
+    }
+    int used = 0;
+
+private:
+    std::vector<double> uniforms_;
+    std::size_t next_ = 0;
+};
+
+std::vector<int> draws(TalvoRandomizer* r, int n) {
+    std::vector<int> result;
+    for (int i = 0; i < n; ++i)
+        result.push_back(r->draw());
+    return result;
+}
+
+}  // namespace
+
+// Expected sequences come from the Schrage step worked out independently in
+// exact integer arithmetic: seed 12345, m = 2147483647, mask 123459876.
+TEST(TalvoCongruentialRandomizer, Draw_FirstValuesOfEachKindFromDefaultSeed) {
+    struct Case {
+        int kind;
+        std::vector<int> expected;
+    } cases[] = {
+        {1, {612281237, 1758924121, 25774822, 1840869417, 1100157545}},
+        {2, {483612462, 785187073, 111541451, 1200189012, 1932578345}},
+        {3, {1373635143, 1482465826, 1514092929, 738309747, 1043454587}},
+    };
+    for (const Case& c : cases) {
+        TalvoCongruentialRandomizer* r = new TalvoCongruentialRandomizer(c.kind);
+        EXPECT_EQ(c.expected, draws(r, 5)) << "kind " << c.kind;
+        delete r;
+    }
+}
+
+TEST(TalvoCongruentialRandomizer, UniformDraw_IsDrawOverModulus) {
+    TalvoCongruentialRandomizer* r = new TalvoCongruentialRandomizer(1);
+    EXPECT_EQ(0.28511566914856235, r->uniformDraw());
+    EXPECT_EQ(0.8190628708428996, r->uniformDraw());
+    EXPECT_EQ(0.012002336798236863, r->uniformDraw());
+    delete r;
+}
+
+TEST(TalvoCongruentialRandomizer, Constructor_UnknownKindsTakeFirstMultiplier) {
+    struct Case {
+        int kind;
+        int multiplier;
+    } cases[] = {{0, 16807}, {1, 16807}, {2, 48271}, {3, 69621}, {7, 16807}, {-2, 16807}};
+    for (const Case& c : cases) {
+        TalvoCongruentialRandomizer* r = new TalvoCongruentialRandomizer(c.kind);
+        EXPECT_EQ(c.multiplier, r->getMultiplier()) << "kind " << c.kind;
+        EXPECT_EQ(2147483647, r->getModulus());
+        EXPECT_EQ(123459876, r->getMask());
+        delete r;
+    }
+}
+
+TEST(TalvoCongruentialRandomizer, Initialize_PutsSeedBackTo12345) {
+    TalvoCongruentialRandomizer* r = new TalvoCongruentialRandomizer(1);
+    r->setSeed(99);
+    r->normalDraw();
+    r->initialize(2147483647, 16807, 123459876);
+    EXPECT_EQ(12345, r->getSeed());
+    EXPECT_EQ(612281237, r->draw());
+    delete r;
+}
+
+TEST(TalvoCongruentialRandomizer, Copy_ContinuesSequenceWithoutCachedDeviate) {
+    TalvoCongruentialRandomizer* r = new TalvoCongruentialRandomizer(2);
+    r->draw();
+    r->normalDraw();
+    TalvoCongruentialRandomizer* c = r->copy();
+    r->resetNormalDrawValue();
+    EXPECT_EQ(draws(r, 4), draws(c, 4));
+    delete c;
+    delete r;
+}
+
+TEST(TalvoCongruentialRandomizer, Draw_ZeroMultiplierIsDefined) {
+    TalvoCongruentialRandomizer* r = new TalvoCongruentialRandomizer(2147483647, 0, 0);
+    EXPECT_EQ(0, r->draw());
+    EXPECT_EQ(0.0, r->normalDraw());
+    EXPECT_EQ(0.0, r->exponentialDraw());
+    delete r;
+}
+
+TEST(TalvoShuffledCongruentialRandomizer, Draw_FirstValuesFromDefaultSeed) {
+    TalvoShuffledCongruentialRandomizer* r = new TalvoShuffledCongruentialRandomizer(1);
+    EXPECT_EQ(32, r->getSize());
+    EXPECT_EQ((std::vector<int>{1982386332, 715426902, 424962143, 2038867620, 1683198519}), draws(r, 5));
+    delete r;
+    r = new TalvoShuffledCongruentialRandomizer(2);
+    EXPECT_EQ((std::vector<int>{1343410726, 1755086771, 215466287}), draws(r, 3));
+    delete r;
+}
+
+TEST(TalvoShuffledCongruentialRandomizer, Reset_ZeroSeedActsAsOneAndNegativeIsNegated) {
+    struct Case {
+        int seed;
+        int sameAs;
+    } cases[] = {{0, 1}, {-5, 5}};
+    for (const Case& c : cases) {
+        TalvoShuffledCongruentialRandomizer* a = new TalvoShuffledCongruentialRandomizer(1);
+        TalvoShuffledCongruentialRandomizer* b = new TalvoShuffledCongruentialRandomizer(1);
+        a->setSeed(c.seed);
+        b->setSeed(c.sameAs);
+        EXPECT_EQ(draws(b, 6), draws(a, 6)) << "seed " << c.seed;
+        delete a;
+        delete b;
+    }
+}
+
+TEST(TalvoShuffledCongruentialRandomizer, SetSeed_RestartsOnlyWithReset) {
+    TalvoShuffledCongruentialRandomizer* r = new TalvoShuffledCongruentialRandomizer(1);
+    std::vector<int> first = draws(r, 3);
+    r->setSeed(12345);
+    EXPECT_NE(first, draws(r, 3));
+    r->setSeed(12345);
+    r->reset();
+    EXPECT_EQ(first, draws(r, 3));
+    delete r;
+}
+
+TEST(TalvoShuffledCongruentialRandomizer, Copy_ContinuesSameSequence) {
+    TalvoShuffledCongruentialRandomizer* r = new TalvoShuffledCongruentialRandomizer(3);
+    draws(r, 10);
+    TalvoShuffledCongruentialRandomizer* c = r->copy();
+    EXPECT_EQ(draws(r, 20), draws(c, 20));
+    delete c;
+    delete r;
+}
+
+TEST(TalvoShuffledCongruentialRandomizer, Draw_UnusualParametersStayInsideTable) {
+    TalvoShuffledCongruentialRandomizer* r = new TalvoShuffledCongruentialRandomizer(-7, 3, 0, 0);
+    EXPECT_EQ(1, r->getSize());
+    draws(r, 50);
+    r->initialize(100, 0, 0, 4);
+    draws(r, 5);
+    delete r;
+}
+
+TEST(TalvoRandomizer, NormalDraw_SecondOfPairIsCached) {
+    ScriptedRandomizer r({0.6, 0.7, 0.6, 0.7, 0.6, 0.7});
+    EXPECT_EQ(0.802356008872396, r.normalDraw());
+    EXPECT_EQ(2, r.used);
+    EXPECT_EQ(1.604712017744792, r.normalDraw());
+    EXPECT_EQ(2, r.used);
+    r.normalDraw();
+    r.resetNormalDrawValue();
+    r.normalDraw();
+    EXPECT_EQ(6, r.used);
+}
+
+TEST(TalvoRandomizer, NormalDraw_RejectsPairsOutsideUnitCircle) {
+    ScriptedRandomizer r({0.9, 0.9, 0.5, 0.5, 0.6, 0.7});
+    EXPECT_EQ(0.802356008872396, r.normalDraw());
+    EXPECT_EQ(6, r.used);
+    EXPECT_EQ(1.604712017744792 * 2 + 3, r.normalDraw(3, 2));
+}
+
+TEST(TalvoRandomizer, StandardScore_FirstRowNotExceeded) {
+    struct Case {
+        double p;
+        double score;
+    } cases[] = {{0.1, 0.6745},  {0.5, 0.6745}, {0.6, 1.0},       {0.95, 1.9599}, {0.96, 2.5759},
+                 {0.99, 2.5759}, {0.999, 3.2905}, {0.99993, 4.0}, {0.99994, 4.4172}, {1.0, 4.4172}};
+    for (const Case& c : cases)
+        EXPECT_EQ(c.score, TalvoRandomizer::standardScore(c.p)) << "p " << c.p;
+}
+
+TEST(TalvoRandomizer, ExponentialDraw_KnownUniformStreams) {
+    struct Case {
+        std::vector<double> uniforms;
+        double expected;
+        int used;
+    } cases[] = {
+        {{0.3}, 0.8931471805599452, 1},                     // one doubling, direct
+        {{0.1}, 2.679441541679836, 1},                      // three doublings
+        {{0.0, 0.9, 0.5, 0.4}, 0.2772588722239781, 4},      // zero redrawn, Q[1] stops
+        {{0.995, 0.7, 0.6, 0.9, 0.2}, 0.13862943611198905, 5},  // Q[3] stops
+    };
+    for (const Case& c : cases) {
+        ScriptedRandomizer r(c.uniforms);
+        EXPECT_EQ(c.expected, r.exponentialDraw()) << "first " << c.uniforms[0];
+        EXPECT_EQ(c.used, r.used) << "first " << c.uniforms[0];
+    }
+}
+
+// The doubling step read literally, for a stream that continues with 0.5.
+namespace {
+
+double literalExponential(double u) {
+    const double ln2 = 0.6931471805599453;
+    double a = 0.0;
+    u = u + u;
+    while (u <= 1.0) {
+        a = a + ln2;
+        u = u + u;
+    }
+    u = u - 1.0;
+    return u <= ln2 ? a + u : a + 0.5 * ln2;
+}
+
+}  // namespace
+
+TEST(TalvoRandomizer, ExponentialDraw_DoublingMatchesLiteralLoop) {
+    std::vector<double> us = {1.0, 0.5, 0.25, 0.75, 0.3, DBL_MIN, 3 * DBL_MIN, 1e-310, 4.9e-324,
+                              std::nextafter(0.5, 0.0), std::nextafter(0.5, 1.0), std::nextafter(1.0, 0.0),
+                              0.6931471805599453 / 2, 1.0 / 1024, 0.99};
+    std::mt19937_64 engine(3);
+    std::uniform_real_distribution<double> uniform(0.0, 1.0);
+    for (int i = 0; i < 20000; ++i)
+        us.push_back(i % 2 ? uniform(engine) : std::ldexp(uniform(engine), -(i % 1100)));
+    for (double u : us) {
+        if (u == 0.0)
+            continue;
+        ScriptedRandomizer r({u});
+        EXPECT_EQ(literalExponential(u), r.exponentialDraw()) << "u " << u;
+    }
+}
+
+TEST(TalvoRandomizer, ExponentialDraw_AboveOneStaysInsideTable) {
+    ScriptedRandomizer r({5.0, 0.3, 0.2});
+    EXPECT_EQ(0.2 * 0.6931471805599453, r.exponentialDraw());
+}
+
+TEST(TalvoRandomizer, GammaDraw_KnownUniformStreams) {
+    struct Case {
+        double shape;
+        std::vector<double> uniforms;
+        double expected;
+        int used;
+    } cases[] = {
+        {2.0, {0.6, 0.7, 0.5}, 2.9319143468951325, 3},             // squeeze accepts
+        {2.0, {0.3, 0.5, 0.6}, 0.21552472797646452, 3},            // logarithm test accepts
+        {2.0, {0.3, 0.5, 0.99, 0.6, 0.7, 0.5}, 2.9319143468951325, 6},  // rejected once
+        {2.0, {0.495, 0.50005, 0.5}, 1.7226884226153798, 3},       // v <= 0, cached deviate used
+        {0.5, {0.25, 0.6, 0.7, 0.5}, 0.1416008617801306, 4},       // u drawn before the shape + 1 draw
+    };
+    for (const Case& c : cases) {
+        ScriptedRandomizer r(c.uniforms);
+        EXPECT_EQ(c.expected, r.gammaDraw(c.shape)) << "shape " << c.shape << " first " << c.uniforms[0];
+        EXPECT_EQ(c.used, r.used) << "shape " << c.shape << " first " << c.uniforms[0];
+    }
+    ScriptedRandomizer scaled({0.6, 0.7, 0.5});
+    EXPECT_EQ(2.9319143468951325 * 3.0, scaled.gammaDraw(2.0, 3.0));
+}
+
+TEST(TalvoRandomizer, GammaDraw_UnusableShapeGivesNaN) {
+    ScriptedRandomizer r({});
+    EXPECT_TRUE(std::isnan(r.gammaDraw(NAN)));
+    EXPECT_TRUE(std::isnan(r.gammaDraw(-1e9)));
+}
+
+TEST(TalvoRandomizer, BetaDraw_DrawsFirstParameterFirst) {
+    TalvoCongruentialRandomizer* a = new TalvoCongruentialRandomizer(1);
+    TalvoCongruentialRandomizer* b = new TalvoCongruentialRandomizer(1);
+    double beta = a->betaDraw(2.0, 5.0);
+    double x = b->gammaDraw(2.0);
+    double y = b->gammaDraw(5.0);
+    EXPECT_EQ(x / (x + y), beta);
+    delete a;
+    delete b;
+}
+
+TEST(TalvoRandomizer, DrawModuloAndRange) {
+    ScriptedRandomizer r({0.99999, 1.0, 0.0, 0.25, 0.5});
+    EXPECT_EQ(9, r.drawModulo(10));
+    EXPECT_EQ(10, r.drawModulo(10));
+    EXPECT_EQ(0, r.drawModulo(10));
+    EXPECT_EQ(-3, r.drawModulo(-10));
+    EXPECT_EQ(3.0, r.uniformDraw(2.0, 4.0));
+}
+
+TEST(TalvoRandomizer, LognormalDraw_FollowsFormula) {
+    ScriptedRandomizer r({0.6, 0.7});
+    double sigma = std::log(3.0) / 1.9599;
+    EXPECT_EQ(std::exp(std::log(10.0) - sigma * sigma / 2.0 + sigma * 0.802356008872396),
+              r.lognormalDraw(10.0, 3.0, 0.95));
+}
+
+TEST(TalvoRandomizer, Base_DrawsNothingAndNeverHangs) {
+    TalvoRandomizer* r = new TalvoRandomizer();
+    EXPECT_EQ(nullptr, r->copy());
+    EXPECT_EQ(0, r->draw());
+    EXPECT_EQ(0.0, r->uniformDraw());
+    EXPECT_EQ(0.0, r->normalDraw());
+    EXPECT_EQ(0.0, r->exponentialDraw());
+    delete r;
+}
