@@ -12,3 +12,9 @@
 #include <talvo/foundation/TalvoCursor.h>
 #include <talvo/foundation/TalvoMath.h>
 #include <talvo/foundation/TalvoRawString.h>
+
+// Statistics
+#include <talvo/stats/TalvoRandomizer.h>
+#include <talvo/stats/TalvoQuantilizer.h>
+#include <talvo/stats/TalvoBinTable.h>
+#include <talvo/stats/TalvoMeasure.h>
