@@ -2,12 +2,11 @@
 
 #include <talvo/foundation/TalvoMemoryManager.h>
 
-#include <cerrno>
+#include <filesystem>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <sstream>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace talvo_test {
@@ -32,21 +31,17 @@ std::string scratchDirectoryFor(const ::testing::TestInfo& info) {
     return baseDirectory() + "/" + leaf;
 }
 
-void removeDiagnosticFiles() {
-    std::remove("talvo.dmp");
-    std::remove("trace.txt");
-    std::remove("talvo-allocations.txt");
-}
-
 }  // namespace
 
 void BalancedTest::SetUp() {
     previousDirectory_ = currentDirectory();
     std::string dir = scratchDirectoryFor(*::testing::UnitTest::GetInstance()->current_test_info());
-    if (mkdir(dir.c_str(), 0755) != 0 && errno != EEXIST)
-        FAIL() << "cannot create scratch directory " << dir;
+    // Start from an empty directory: files of an earlier run would be appended to.
+    std::error_code error;
+    std::filesystem::remove_all(dir, error);
+    if (!std::filesystem::create_directories(dir, error))
+        FAIL() << "cannot create scratch directory " << dir << ": " << error.message();
     ASSERT_EQ(chdir(dir.c_str()), 0) << dir;
-    removeDiagnosticFiles();
     balanceAtStart_ = TalvoMemoryManager::getAllocationBalance();
 }
 
