@@ -1,5 +1,7 @@
 #include <talvo/stats/TalvoDoubleVector.h>
 
+#include <talvo/text/TalvoStream.h>
+
 #include <cfloat>
 #include <cmath>
 
@@ -272,4 +274,16 @@ void TalvoDoubleVector::print(FILE* file) {
     for (int i = 0; i < size; ++i)
         std::fprintf(file, i ? ",%g" : "%g", values[i]);
     std::fputc('>', file);
+}
+
+void TalvoDoubleVector::print(TalvoStream* stream) {
+    if (!stream)
+        return;
+    stream->put('<');
+    for (int i = 0; i < size; ++i) {
+        if (i)
+            stream->put(',');
+        stream->put("%g", values[i]);
+    }
+    stream->put('>');
 }

@@ -18,6 +18,8 @@
 
 #include <cstdio>
 
+class TalvoStream;
+
 class TALVO_API TalvoDoubleVector : public TalvoObject<TalvoDoubleVector> {
 public:
     static constexpr const char* ClassName = "TalvoDoubleVector";
@@ -107,6 +109,9 @@ public:
     // Writes "<", the elements with "%g" separated by ",", then ">".
     // Nothing for a null file. O(size).
     void print(FILE* file);
+    // The same text written on a stream (each element with "%g", whatever the
+    // stream's precision). Nothing for a null stream. O(size).
+    void print(TalvoStream* stream);
 
 private:
     int size;

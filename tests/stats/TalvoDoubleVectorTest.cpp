@@ -1,6 +1,7 @@
 #include "support/TalvoTest.h"
 
 #include <talvo/stats/TalvoDoubleVector.h>
+#include <talvo/text/TalvoRawStringStream.h>
 
 #include <cfloat>
 #include <cmath>
@@ -218,5 +219,16 @@ TEST(TalvoDoubleVector, Print) {
     EXPECT_EQ("<1.5,2>", printed(v));
     EXPECT_EQ("<>", printed(empty));
     EXPECT_EQ("<-1e-07>", printed(one));
-    v->print(nullptr);
+    v->print(static_cast<FILE*>(nullptr));
+}
+
+TEST(TalvoDoubleVector, PrintOnStreamIgnoresItsPrecision) {
+    char buffer[64] = {};
+    TalvoRawStringStream stream(false, buffer, 63);
+    stream.setSignificantDigitNumber(2);
+    Vec v{1.5, 2, 1234.5678};
+    v->print(&stream);
+    stream.flush();
+    EXPECT_STREQ("<1.5,2,1234.57>", buffer);
+    v->print(static_cast<TalvoStream*>(nullptr));
 }
