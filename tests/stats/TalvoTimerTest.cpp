@@ -1,0 +1,135 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/foundation/TalvoRawString.h>
+#include <talvo/stats/TalvoTimer.h>
+
+#include <ctime>
+#include <string>
+
+namespace {
+
+// A timer driven by readings the test chooses: calendar seconds and
+// processor milliseconds.
+class SetTimer : public TalvoTimer {
+public:
+    void resetAt(std::int64_t seconds, long ticks) { _resetAt(seconds, ticks); }
+    void startAt(std::int64_t seconds, long ticks) { _startAt(seconds, ticks); }
+    void stopAt(std::int64_t seconds, long ticks) { _stopAt(seconds, ticks); }
+    static long toMilliseconds(std::clock_t clockTicks) { return _toMilliseconds(clockTicks); }
+};
+
+std::string text(TalvoTimer& timer) {
+    char* s = timer.toStringOfTimeInSeconds();
+    std::string result = s ? s : "<null>";
+    TalvoRawString::free(s);
+    return result;
+}
+
+}  // namespace
+
+TEST(TalvoTimer, FreshTimerRendersZero) {
+    TalvoTimer timer;
+    EXPECT_EQ(0.0, timer.getAccumulatedSeconds());
+    EXPECT_EQ(0, timer.getAccumulatedTicks());
+    EXPECT_EQ("0.00", text(timer));
+}
+
+TEST(TalvoTimer, TextOfTicksAndSeconds) {
+    struct Case {
+        std::int64_t seconds;
+        long ticks;
+        const char* expected;
+    } cases[] = {
+        {0, 0, "0.00"},       {59, 1200, "1.20"},  // below 60 s the ticks rule
+        {59, 3456, "3.45"},   {0, 3050, "3.05"},   {0, 9, "0.00"},
+        {0, 10, "0.01"},      {0, 999, "0.99"},    {0, 61000, "61.00"},
+        {60, 1200, "60"},     {61, 0, "61"},       {3600, 5, "3600"},
+    };
+    for (const Case& c : cases) {
+        SetTimer timer;
+        timer.resetAt(1000, 500);
+        timer.stopAt(1000 + c.seconds, 500 + c.ticks);
+        SCOPED_TRACE(c.expected);
+        EXPECT_EQ(c.expected, text(timer));
+    }
+}
+
+TEST(TalvoTimer, TwoIntervalsAccumulate) {
+    SetTimer timer;
+    timer.resetAt(0, 0);
+    timer.stopAt(1, 1200);
+    timer.startAt(10, 5000);
+    timer.stopAt(11, 6200);
+    EXPECT_EQ(2400, timer.getAccumulatedTicks());
+    EXPECT_EQ(2.0, timer.getAccumulatedSeconds());
+    EXPECT_EQ("2.40", text(timer));
+}
+
+TEST(TalvoTimer, StopTwiceCountsTheIntervalTwice) {
+    SetTimer timer;
+    timer.resetAt(0, 0);
+    timer.stopAt(0, 100);
+    timer.stopAt(0, 100);
+    EXPECT_EQ(200, timer.getAccumulatedTicks());
+}
+
+TEST(TalvoTimer, ResetClearsTotalsStartKeepsThem) {
+    SetTimer timer;
+    timer.resetAt(0, 0);
+    timer.stopAt(5, 700);
+    timer.startAt(5, 700);
+    EXPECT_EQ(700, timer.getAccumulatedTicks());
+    timer.resetAt(9, 900);
+    EXPECT_EQ(0, timer.getAccumulatedTicks());
+    EXPECT_EQ(0.0, timer.getAccumulatedSeconds());
+    timer.stopAt(10, 950);
+    EXPECT_EQ(50, timer.getAccumulatedTicks());
+    EXPECT_EQ(1.0, timer.getAccumulatedSeconds());
+}
+
+TEST(TalvoTimer, ProcessorClockConvertsToMilliseconds) {
+    EXPECT_EQ(3000, SetTimer::toMilliseconds(3 * CLOCKS_PER_SEC));
+    EXPECT_EQ(1500, SetTimer::toMilliseconds(CLOCKS_PER_SEC + CLOCKS_PER_SEC / 2));
+}
+
+TEST(TalvoTimer, RealClockRuns) {
+    TalvoTimer timer;
+    timer.reset();
+    timer.start();
+    timer.stop();
+    EXPECT_GE(timer.getAccumulatedTicks(), 0);
+    EXPECT_GE(timer.getAccumulatedSeconds(), 0.0);
+}
+
+TEST(TalvoTimer, NamesCompareByUnsignedBytesNullFirst) {
+    TalvoTimer a, b;
+    EXPECT_EQ(0, a.compareNames(&b));
+    EXPECT_EQ(nullptr, a.getName());
+    a.setName("alpha");
+    EXPECT_STREQ("alpha", a.getName());
+    EXPECT_EQ(1, a.compareNames(&b));
+    EXPECT_EQ(-1, b.compareNames(&a));
+    EXPECT_EQ(0, a.compareName("alpha"));
+    EXPECT_EQ(-1, a.compareName("\xe9"));
+    EXPECT_EQ(1, a.compareName(nullptr));
+    EXPECT_EQ(0, TalvoTimer::compareName(&a, (void*)"alpha"));
+    EXPECT_EQ(1, TalvoTimer::compareNames(&a, &b));
+    a.setName(nullptr);
+    EXPECT_EQ(nullptr, a.getName());
+}
+
+TEST(TalvoTimer, AssignmentCopiesEveryField) {
+    SetTimer* a = new SetTimer();
+    a->setName("run");
+    a->resetAt(0, 0);
+    a->stopAt(2, 1234);
+    SetTimer b;
+    b = *a;
+    EXPECT_EQ(0, b.compareName("run"));
+    EXPECT_EQ(1234, b.getAccumulatedTicks());
+    EXPECT_EQ(2.0, b.getAccumulatedSeconds());
+    b.stopAt(3, 1334);  // the start marks came along too
+    EXPECT_EQ(2568, b.getAccumulatedTicks());
+    delete a;  // b keeps a name of its own
+    EXPECT_EQ(0, b.compareName("run"));
+}
