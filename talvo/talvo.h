@@ -18,3 +18,7 @@
 #include <talvo/stats/TalvoQuantilizer.h>
 #include <talvo/stats/TalvoBinTable.h>
 #include <talvo/stats/TalvoMeasure.h>
+#include <talvo/stats/TalvoDoubleVector.h>
+#include <talvo/stats/TalvoTimer.h>
+#include <talvo/stats/TalvoCurve.h>
+#include <talvo/stats/TalvoChronogram.h>
