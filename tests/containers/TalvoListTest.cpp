@@ -404,3 +404,82 @@ TEST(TalvoList, ReverseSwapsEnds) {
     empty.reverse();
     expectList(&empty, {});
 }
+
+namespace {
+
+// The pivot-first three-way partition sort, on a vector: the order quickSort
+// must reproduce.
+std::vector<int*> pivotSort(const std::vector<int*>& chain, TalvoCompareFunction compare) {
+    if (chain.size() < 2)
+        return chain;
+    int* pivot = chain[0];
+    std::vector<int*> smaller, upper, greater;
+    for (size_t i = 1; i < chain.size(); ++i) {
+        int r = compare(pivot, chain[i]);
+        (r > 0 ? smaller : r == 0 ? upper : greater).push_back(chain[i]);
+    }
+    upper.insert(upper.end(), greater.begin(), greater.end());
+    std::vector<int*> result = pivotSort(smaller, compare);
+    result.push_back(pivot);
+    std::vector<int*> rest = pivotSort(upper, compare);
+    result.insert(result.end(), rest.begin(), rest.end());
+    return result;
+}
+
+std::vector<void*> asItems(const std::vector<int*>& values) {
+    return std::vector<void*>(values.begin(), values.end());
+}
+
+}  // namespace
+
+TEST(TalvoList, QuickSortMatchesPivotPartitionOrder) {
+    unsigned seed = 12345;
+    for (int round = 0; round < 50; ++round) {
+        std::vector<int> values(1 + round * 3);
+        for (auto& value : values) {
+            seed = seed * 1103515245u + 12345u;
+            value = static_cast<int>((seed >> 16) % 60);  // many equal tens
+        }
+        std::vector<int*> chain;
+        TalvoList list;
+        for (auto& value : values) {
+            chain.push_back(&value);
+            list.insertItemLast(&value);
+        }
+        list.quickSort(compareTens);
+        SCOPED_TRACE(round);
+        expectList(&list, asItems(pivotSort(chain, compareTens)));
+    }
+}
+
+TEST(TalvoList, QuickSortOfAMillionOrderedCellsKeepsTheStack) {
+    const int n = 1000000;
+    std::vector<int> values(n);
+    struct {
+        const char* name;
+        int (*value)(int i);
+    } shapes[] = {{"sorted", [](int i) { return i; }},
+                  {"reversed", [](int i) { return 1000000 - i; }},
+                  {"equal", [](int) { return 7; }}};
+    for (auto& shape : shapes) {
+        TalvoList list;
+        for (int i = 0; i < n; ++i) {
+            values[i] = shape.value(i);
+            list.insertItemLast(&values[i]);
+        }
+        list.quickSort(compareInts);
+        SCOPED_TRACE(shape.name);
+        ASSERT_EQ(list.getNumberOfItems(), n);
+        TalvoListCursor c(&list);
+        c.resetOnFirstItem();
+        int* previous = static_cast<int*>(c.getItem());
+        int walked = 1;
+        for (c.increment(); !c.isAfterLastItem(); c.increment(), ++walked) {
+            int* item = static_cast<int*>(c.getItem());
+            ASSERT_TRUE(*previous < *item || (*previous == *item && previous < item)) << walked;
+            previous = item;
+        }
+        EXPECT_EQ(walked, n);
+        EXPECT_EQ(list.getLastItem(), previous);
+    }
+}
