@@ -115,15 +115,6 @@ void TalvoArray::deleteItem(int index, TalvoFreeFunction freeItem) {
 
 // ---------------------------------------------------------------- slots
 
-void TalvoArray::_storeInSlot(int index, void* item) {
-    void*& slot = _cells[index];
-    if (!slot && item)
-        ++_itemCount;
-    else if (slot && !item)
-        --_itemCount;
-    slot = item;
-}
-
 void TalvoArray::_storeOutsideBlock(int index, void* item) {
     if (index < 0)
         return;

@@ -55,12 +55,12 @@ public:
     int getNumberOfItems() const { return _itemCount; }
 
     // The Item in the slot; null when the index is outside 0..size-1.
-    void* getCell(int index) const { return index >= 0 && index < _size ? _cells[index] : nullptr; }
+    void* getCell(int index) const { return _inBlock(index) ? _cells[index] : nullptr; }
     // Stores `item` at `index`, growing the block by whole increments when the
     // index is at or beyond size; a negative index is ignored. itemCount
     // follows a slot turning non-null or null.
     void setCell(int index, void* item) {
-        if (index >= 0 && index < _size)
+        if (_inBlock(index))
             _storeInSlot(index, item);
         else
             _storeOutsideBlock(index, item);
@@ -134,10 +134,18 @@ public:
     void sortBlock(int from, int to, TalvoCompareFunction compare);
 
 private:
+    // 0 <= index < size, in one comparison (size is never negative).
+    bool _inBlock(int index) const {
+        return static_cast<unsigned>(index) < static_cast<unsigned>(_size);
+    }
     // The first and last index of a (from, length) block; first > last when empty.
     void _blockBounds(int from, int length, int& first, int& last) const;
     // Stores into an existing slot, keeping itemCount in step.
-    void _storeInSlot(int index, void* item);
+    void _storeInSlot(int index, void* item) {
+        void*& slot = _cells[index];
+        _itemCount += (slot == nullptr) - (item == nullptr);
+        slot = item;
+    }
     // setCell for an index outside the block: grows or ignores.
     void _storeOutsideBlock(int index, void* item);
     // Replaces the block by one of `newSize` slots keeping the first slots;

@@ -666,10 +666,6 @@ void TalvoListCursor::resetOnCursor(TalvoListCursor* other) {
         *this = *other;
 }
 
-bool TalvoListCursor::isBeforeFirstItem() { return _beforeFirst; }
-
-bool TalvoListCursor::isAfterLastItem() { return _afterLast; }
-
 bool TalvoListCursor::isOnFirstItem() { return _cell && _list && _cell == _list->_first; }
 
 bool TalvoListCursor::isOnLastItem() { return _cell && _list && _cell == _list->_last; }
@@ -694,26 +690,6 @@ void TalvoListCursor::resetOnItem(void* item) {
     while (_cell && _cell->_item != item)
         increment();
 }
-
-void TalvoListCursor::increment() {
-    if (!_cell)
-        return;
-    _cell = _cell->_next;
-    _beforeFirst = false;
-    if (!_cell)
-        _afterLast = true;
-}
-
-void TalvoListCursor::decrement() {
-    if (!_cell)
-        return;
-    _cell = _cell->_previous;
-    _afterLast = false;
-    if (!_cell)
-        _beforeFirst = true;
-}
-
-void* TalvoListCursor::getItem() { return _cell ? _cell->_item : nullptr; }
 
 void* TalvoListCursor::removeItemAndIncrement() {
     if (!_cell)

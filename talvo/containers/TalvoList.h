@@ -267,7 +267,9 @@ private:
 // A position in a list: on a cell, before the first item or after the last.
 // A cursor on an empty list is both before and after. Increment and decrement
 // move only from a cell; a cursor off the list must be reset first.
-class TALVO_API TalvoListCursor : public TalvoCursor, public TalvoObject<TalvoListCursor> {
+// The walking operations are inline and the class is final, so that a loop
+// over a TalvoListCursor* compiles to plain pointer chasing.
+class TALVO_API TalvoListCursor final : public TalvoCursor, public TalvoObject<TalvoListCursor> {
 public:
     static constexpr const char* ClassName = "TalvoListCursor";
 
@@ -284,8 +286,8 @@ public:
     // Takes the list, cell and flags of `other`; a null other is ignored.
     void resetOnCursor(TalvoListCursor* other);
 
-    bool isBeforeFirstItem() override;
-    bool isAfterLastItem() override;
+    bool isBeforeFirstItem() override { return _beforeFirst; }
+    bool isAfterLastItem() override { return _afterLast; }
     // On a cell, and that cell is the list's first / last.
     bool isOnFirstItem() override;
     bool isOnLastItem() override;
@@ -297,11 +299,25 @@ public:
     // On the first cell holding that pointer, else after the last item. O(n).
     void resetOnItem(void* item) override;
     // From a cell only: to the next cell, or after the last item.
-    void increment() override;
+    void increment() override {
+        if (!_cell)
+            return;
+        _cell = _cell->_next;
+        _beforeFirst = false;
+        if (!_cell)
+            _afterLast = true;
+    }
     // From a cell only: to the previous cell, or before the first item.
-    void decrement() override;
+    void decrement() override {
+        if (!_cell)
+            return;
+        _cell = _cell->_previous;
+        _afterLast = false;
+        if (!_cell)
+            _beforeFirst = true;
+    }
     // The current Item; null when not on a cell.
-    void* getItem() override;
+    void* getItem() override { return _cell ? _cell->_item : nullptr; }
     // Moves on as increment / decrement does, removes the cell the cursor was
     // on and returns its Item; null and no change when not on a cell.
     void* removeItemAndIncrement() override;
