@@ -681,7 +681,8 @@ void TalvoListCursor::resetOnLastItem() { _resetOnCell(_list ? _list->_last : nu
 
 void TalvoListCursor::resetInPosition(int position) {
     resetOnFirstItem();
-    for (int steps = 0; steps < position - 1 && !_afterLast; ++steps)
+    // Counting from 1 keeps position - 1 from overflowing at INT_MIN.
+    for (int reached = 1; reached < position && !_afterLast; ++reached)
         increment();
 }
 

@@ -3,6 +3,7 @@
 #include <talvo/containers/TalvoArray.h>
 #include <talvo/foundation/TalvoInteger.h>
 
+#include <climits>
 #include <vector>
 
 namespace {
@@ -183,6 +184,11 @@ TEST(TalvoArray, ClearBlockBoundIsInclusive) {
     a->clearBlock(6, 100);
     EXPECT_EQ(a->getNumberOfItems(), 0);
     a->clearBlock(9, 2);
+    a->clearBlock(INT_MAX, INT_MAX);
+    a->compactBlockLeft(INT_MIN, INT_MIN);
+    a->sortBlock(INT_MIN, INT_MAX, compareInts);
+    EXPECT_EQ(a->getNthItem(INT_MAX), nullptr);
+    EXPECT_EQ(a->getCell(INT_MIN), nullptr);
     delete a;
 }
 
@@ -217,6 +223,9 @@ TEST(TalvoArray, MoveBlock) {
         {0, 2, 3, {nullptr, nullptr, nullptr, I(0), I(1), I(2)}, 3},   // 3 and 4 overwritten
         {1, 2, 0, {I(0), I(1), I(2), I(3), I(4), nullptr}, 5},
         {7, 2, -1, {I(0), I(1), I(2), I(3), I(4), nullptr}, 5},
+        {INT_MIN, INT_MAX, 1, {I(0), I(1), I(2), I(3), I(4), nullptr}, 5},  // ends at -1
+        {0, INT_MAX, INT_MAX, {nullptr, nullptr, nullptr, nullptr, nullptr, nullptr}, 0},
+        {1, INT_MAX, INT_MIN, {I(0), nullptr, nullptr, nullptr, nullptr, nullptr}, 1},
     };
     for (auto& row : table) {
         TalvoArray* a = arrayOf(6, {I(0), I(1), I(2), I(3), I(4)});

@@ -2,6 +2,7 @@
 
 #include <talvo/containers/TalvoList.h>
 
+#include <climits>
 #include <vector>
 
 namespace {
@@ -112,7 +113,7 @@ TEST(TalvoListCursor, ResetInPosition) {
     struct {
         int position;
         State expected;
-    } table[] = {{-4, on(I(1), true, false)}, {0, on(I(1), true, false)}, {1, on(I(1), true, false)},
+    } table[] = {{INT_MIN, on(I(1), true, false)}, {-4, on(I(1), true, false)}, {0, on(I(1), true, false)}, {1, on(I(1), true, false)},
                  {2, on(I(2), false, false)},  {3, on(I(3), false, true)},  {4, After},
                  {40, After}};
     for (auto& row : table) {

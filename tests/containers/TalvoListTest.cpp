@@ -4,6 +4,7 @@
 #include <talvo/foundation/TalvoComparator.h>
 #include <talvo/foundation/TalvoInteger.h>
 
+#include <climits>
 #include <vector>
 
 namespace {
@@ -120,7 +121,8 @@ TEST(TalvoList, GetNthItemPositions) {
         int position;
         void* expected;
     } table[] = {{0, nullptr}, {1, I(1)}, {3, I(3)}, {4, nullptr}, {-1, I(3)},
-                 {-3, I(1)},   {-4, nullptr}, {100, nullptr}, {-100, nullptr}};
+                 {-3, I(1)},   {-4, nullptr}, {100, nullptr}, {-100, nullptr},
+                 {INT_MAX, nullptr}, {INT_MIN, nullptr}};
     for (auto& row : table)
         EXPECT_EQ(list.getNthItem(row.position), row.expected) << "position " << row.position;
     TalvoList empty;
@@ -155,7 +157,8 @@ TEST(TalvoList, InsertItemInPositionBounds) {
         {1, {I(9), I(1), I(2), I(3)}},  {0, {I(9), I(1), I(2), I(3)}},
         {-5, {I(9), I(1), I(2), I(3)}}, {2, {I(1), I(9), I(2), I(3)}},
         {3, {I(1), I(2), I(9), I(3)}},  {4, {I(1), I(2), I(3), I(9)}},
-        {10, {I(1), I(2), I(3), I(9)}},
+        {10, {I(1), I(2), I(3), I(9)}}, {INT_MAX, {I(1), I(2), I(3), I(9)}},
+        {INT_MIN, {I(9), I(1), I(2), I(3)}},
     };
     for (auto& row : table) {
         TalvoList list(3, I(1), I(2), I(3));
@@ -268,7 +271,8 @@ TEST(TalvoList, ExtractRangeClipsToList) {
     struct {
         int from, to;
         std::vector<void*> expected;
-    } table[] = {{2, 3, {I(2), I(3)}}, {-5, 1, {I(1)}}, {3, 99, {I(3), I(4)}}, {3, 2, {}}, {5, 9, {}}};
+    } table[] = {{2, 3, {I(2), I(3)}}, {-5, 1, {I(1)}}, {3, 99, {I(3), I(4)}}, {3, 2, {}}, {5, 9, {}},
+                 {INT_MIN, INT_MAX, {I(1), I(2), I(3), I(4)}}};
     for (auto& row : table) {
         TalvoList* range = list.extractRange(row.from, row.to);
         SCOPED_TRACE(row.from);
