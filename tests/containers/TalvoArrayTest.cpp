@@ -1,0 +1,299 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/containers/TalvoArray.h>
+#include <talvo/foundation/TalvoInteger.h>
+
+#include <climits>
+#include <vector>
+
+namespace {
+
+int v[10] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
+void* I(int i) { return &v[i]; }
+
+// An array of `size` slots (increment `size`) holding `items`, null for empty.
+TalvoArray* arrayOf(int size, const std::vector<void*>& items) {
+    TalvoArray* a = new TalvoArray(size);
+    for (size_t i = 0; i < items.size(); ++i)
+        a->setCell(static_cast<int>(i), items[i]);
+    return a;
+}
+
+std::vector<void*> slots(TalvoArray* a) {
+    std::vector<void*> result;
+    for (int i = 0; i < a->getSize(); ++i)
+        result.push_back(a->getCell(i));
+    return result;
+}
+
+int compareInts(void* a, void* b) { return *static_cast<int*>(a) - *static_cast<int*>(b); }
+int compareTens(void* a, void* b) { return *static_cast<int*>(a) / 10 - *static_cast<int*>(b) / 10; }
+int compareWithNull(void* a, void* b) { return a == b ? 0 : 1; }
+
+int freed = 0;
+void countFree(void* item) {
+    ++freed;
+    TalvoInteger::free(item);
+}
+
+}  // namespace
+
+TEST(TalvoArray, DefaultGrowsByWholeIncrements) {
+    TalvoArray a;
+    EXPECT_EQ(a.getSize(), 1024);
+    a.setCell(1024, I(1));
+    EXPECT_EQ(a.getSize(), 2048);
+    EXPECT_EQ(a.getCell(1024), I(1));
+    TalvoArray b;
+    b.setCell(5000, I(2));
+    EXPECT_EQ(b.getSize(), 5120);
+    EXPECT_EQ(b.getNumberOfItems(), 1);
+    b.setCell(-1, I(3));
+    EXPECT_EQ(b.getNumberOfItems(), 1);
+    EXPECT_EQ(b.getCell(-1), nullptr);
+    EXPECT_EQ(b.getCell(5120), nullptr);
+}
+
+TEST(TalvoArray, ReduceDownToIndexRoundsUpToIncrement) {
+    TalvoArray a;
+    a.reduceDownToIndex(10);
+    EXPECT_EQ(a.getSize(), 1024);
+    TalvoArray b(4);
+    b.extendUpToIndex(15);
+    EXPECT_EQ(b.getSize(), 16);
+    b.setCell(13, I(1));
+    b.reduceDownToIndex(10);
+    EXPECT_EQ(b.getSize(), 12);
+    EXPECT_EQ(b.getNumberOfItems(), 1);  // the cut Item is still counted
+    b.reduceDownToIndex(-3);
+    EXPECT_EQ(b.getSize(), 0);
+    EXPECT_EQ(b.getCell(0), nullptr);
+    b.setCell(0, I(2));
+    EXPECT_EQ(b.getSize(), 4);
+}
+
+TEST(TalvoArray, ZeroIncrementStillGrows) {
+    TalvoArray a(0);
+    a.setCell(3, I(1));
+    EXPECT_EQ(a.getSize(), 4);
+    a.reduceDownToIndex(1);
+    EXPECT_EQ(a.getSize(), 4);
+    TalvoArray b(-5);
+    EXPECT_EQ(b.getSize(), 0);
+    b.pushItem(I(2));
+    EXPECT_EQ(b.popItem(), I(2));
+}
+
+TEST(TalvoArray, SetCellKeepsItemCount) {
+    TalvoArray a(4);
+    a.setCell(1, I(1));
+    a.setCell(1, I(2));
+    EXPECT_EQ(a.getNumberOfItems(), 1);
+    a.setCell(1, nullptr);
+    EXPECT_EQ(a.getNumberOfItems(), 0);
+    EXPECT_TRUE(a.isEmpty());
+    a.setCell(2, I(2));
+    a.removeItem(2);
+    a.removeItem(2);
+    a.removeItem(9);
+    EXPECT_EQ(a.getNumberOfItems(), 0);
+}
+
+TEST(TalvoArray, PushAndPop) {
+    TalvoArray a(2);
+    EXPECT_EQ(a.popItem(), nullptr);  // slot -1
+    a.pushItem(I(1));
+    a.pushItem(nullptr);
+    a.pushItem(I(2));
+    a.pushItem(I(3));
+    EXPECT_EQ(a.getSize(), 4);
+    EXPECT_EQ(a.getNumberOfItems(), 3);
+    EXPECT_EQ(a.popItem(), I(3));
+    EXPECT_EQ(a.popItem(), I(2));
+    EXPECT_EQ(a.getNumberOfItems(), 1);
+    // The push slot is itemCount, even when that slot is taken.
+    a.setCell(3, I(4));
+    EXPECT_EQ(a.getNumberOfItems(), 2);
+    a.pushItem(I(5));
+    EXPECT_EQ(a.getCell(2), I(5));
+    EXPECT_EQ(a.getNumberOfItems(), 3);
+    a.pushItem(I(6));  // lands on slot 3: replaces, not counted
+    EXPECT_EQ(a.getCell(3), I(6));
+    EXPECT_EQ(a.getNumberOfItems(), 3);
+}
+
+TEST(TalvoArray, SearchesOnEmptyArray) {
+    TalvoArray a(4);
+    EXPECT_EQ(a.findItemIndex(I(1)), 0);
+    EXPECT_FALSE(a.contains(nullptr));
+    EXPECT_EQ(a.searchItem(compareWithNull, nullptr), nullptr);
+    EXPECT_EQ(a.searchIndexOfItem(compareWithNull, nullptr), -1);
+    EXPECT_EQ(a.getFirstItem(), nullptr);
+    EXPECT_EQ(a.getIndexOfFirstItem(), -1);
+    EXPECT_EQ(a.getLastItem(), nullptr);
+    EXPECT_EQ(a.getIndexOfLastItem(), 0);
+    EXPECT_EQ(a.getNthItem(0), nullptr);
+    EXPECT_EQ(a.getIndexOfNthItem(1), -1);
+}
+
+TEST(TalvoArray, SearchesSeeEmptySlots) {
+    TalvoArray* a = arrayOf(6, {nullptr, I(1), nullptr, I(3), I(1)});
+    EXPECT_EQ(a->findItemIndex(I(1)), 1);
+    EXPECT_EQ(a->findItemIndex(I(9)), -1);
+    EXPECT_TRUE(a->contains(nullptr));
+    EXPECT_EQ(a->searchIndexOfItem(compareWithNull, nullptr), 0);
+    EXPECT_EQ(a->searchIndexOfItem(compareWithNull, I(3)), 3);
+    EXPECT_EQ(a->searchItem(compareWithNull, I(3)), I(3));
+    delete a;
+}
+
+int compareIntsNullFirst(void* a, void* b) {
+    if (!a || !b)
+        return a == b ? 0 : (a ? 1 : -1);
+    return compareInts(a, b);
+}
+
+TEST(TalvoArray, NthItemsCountNonNullSlots) {
+    TalvoArray* a = arrayOf(6, {nullptr, I(1), nullptr, I(3), I(4)});
+    struct {
+        int n;
+        void* item;
+        int index;
+    } table[] = {{-1, nullptr, -1}, {0, nullptr, 0}, {1, I(1), 1},
+                 {2, I(3), 3},      {3, I(4), 4},    {4, nullptr, -1}};
+    for (auto& row : table) {
+        EXPECT_EQ(a->getNthItem(row.n), row.item) << "n " << row.n;
+        EXPECT_EQ(a->getIndexOfNthItem(row.n), row.index) << "n " << row.n;
+    }
+    EXPECT_EQ(a->getFirstItem(), I(1));
+    EXPECT_EQ(a->getIndexOfFirstItem(), 1);
+    EXPECT_EQ(a->getLastItem(), I(4));
+    EXPECT_EQ(a->getIndexOfLastItem(), 4);
+    int three = 3;
+    EXPECT_EQ(a->searchIndexOfItem(compareIntsNullFirst, &three), 3);
+    delete a;
+}
+
+TEST(TalvoArray, ClearBlockBoundIsInclusive) {
+    TalvoArray* a = arrayOf(8, {I(0), I(1), I(2), I(3), I(4), I(5), I(6), I(7)});
+    a->clearBlock(2, 3);
+    EXPECT_EQ(slots(a), (std::vector<void*>{I(0), I(1), nullptr, nullptr, nullptr, nullptr, I(6), I(7)}));
+    EXPECT_EQ(a->getNumberOfItems(), 4);
+    a->clearBlock(-3, 4);  // from 0 to 1
+    EXPECT_EQ(a->getNumberOfItems(), 2);
+    a->clearBlock(6, 100);
+    EXPECT_EQ(a->getNumberOfItems(), 0);
+    a->clearBlock(9, 2);
+    a->clearBlock(INT_MAX, INT_MAX);
+    a->compactBlockLeft(INT_MIN, INT_MIN);
+    a->sortBlock(INT_MIN, INT_MAX, compareInts);
+    EXPECT_EQ(a->getNthItem(INT_MAX), nullptr);
+    EXPECT_EQ(a->getCell(INT_MIN), nullptr);
+    delete a;
+}
+
+TEST(TalvoArray, ClearBlockAndFreeItemsAndDeleteItem) {
+    TalvoArray a(4);
+    for (int i = 0; i < 4; ++i)
+        a.setCell(i, TalvoInteger::allocate(i));
+    freed = 0;
+    a.clearBlockAndFreeItems(0, 1, countFree);
+    EXPECT_EQ(freed, 2);
+    a.deleteItem(2, countFree);
+    a.deleteItem(2, countFree);
+    a.deleteItem(7, countFree);
+    EXPECT_EQ(freed, 3);
+    EXPECT_EQ(a.getNumberOfItems(), 1);
+    a.deleteItems(countFree);
+    EXPECT_EQ(freed, 4);
+    EXPECT_EQ(a.getNumberOfItems(), 0);
+    EXPECT_EQ(a.getSize(), 4);
+}
+
+TEST(TalvoArray, MoveBlock) {
+    struct {
+        int from, length, shift;
+        std::vector<void*> expected;
+        int count;
+    } table[] = {
+        {1, 0, -1, {I(0), nullptr, I(2), I(3), I(4), nullptr}, 4},  // target 0 drops
+        {2, 1, -1, {I(0), I(2), I(3), nullptr, I(4), nullptr}, 4},     // slot 1 lost
+        {3, 1, 1, {I(0), I(1), I(2), nullptr, I(3), I(4)}, 5},
+        {3, 5, 2, {I(0), I(1), I(2), nullptr, nullptr, I(3)}, 4},      // 4 falls off the end
+        {0, 2, 3, {nullptr, nullptr, nullptr, I(0), I(1), I(2)}, 3},   // 3 and 4 overwritten
+        {1, 2, 0, {I(0), I(1), I(2), I(3), I(4), nullptr}, 5},
+        {7, 2, -1, {I(0), I(1), I(2), I(3), I(4), nullptr}, 5},
+        {INT_MIN, INT_MAX, 1, {I(0), I(1), I(2), I(3), I(4), nullptr}, 5},  // ends at -1
+        {0, INT_MAX, INT_MAX, {nullptr, nullptr, nullptr, nullptr, nullptr, nullptr}, 0},
+        {1, INT_MAX, INT_MIN, {I(0), nullptr, nullptr, nullptr, nullptr, nullptr}, 1},
+    };
+    for (auto& row : table) {
+        TalvoArray* a = arrayOf(6, {I(0), I(1), I(2), I(3), I(4)});
+        a->moveBlock(row.from, row.length, row.shift);
+        EXPECT_EQ(slots(a), row.expected) << row.from << "," << row.length << "," << row.shift;
+        EXPECT_EQ(a->getNumberOfItems(), row.count) << row.from << "," << row.length << "," << row.shift;
+        delete a;
+    }
+}
+
+TEST(TalvoArray, CompactKeepsOrderAndCount) {
+    TalvoArray* a = arrayOf(6, {nullptr, I(1), nullptr, I(3), nullptr, I(5)});
+    a->compactBlockLeft(0, 3);  // slots 0..3
+    EXPECT_EQ(slots(a), (std::vector<void*>{I(1), I(3), nullptr, nullptr, nullptr, I(5)}));
+    a->compactRight();
+    EXPECT_EQ(slots(a), (std::vector<void*>{nullptr, nullptr, nullptr, I(1), I(3), I(5)}));
+    a->compactLeft();
+    EXPECT_EQ(slots(a), (std::vector<void*>{I(1), I(3), I(5), nullptr, nullptr, nullptr}));
+    a->compactBlockRight(0, 3);
+    EXPECT_EQ(slots(a), (std::vector<void*>{nullptr, I(1), I(3), I(5), nullptr, nullptr}));
+    EXPECT_EQ(a->getNumberOfItems(), 3);
+    delete a;
+}
+
+TEST(TalvoArray, SortBlockIsStableAndCompactsFirst) {
+    int a = 21, b = 15, c = 25, d = 11, e = 3, f = 99;
+    TalvoArray* arr = arrayOf(8, {&f, &a, nullptr, &b, &c, nullptr, &d, &e});
+    arr->sortBlock(1, 6, compareTens);  // e stays outside
+    EXPECT_EQ(slots(arr), (std::vector<void*>{&f, &b, &d, &a, &c, nullptr, nullptr, &e}));
+    EXPECT_EQ(arr->getNumberOfItems(), 6);
+    arr->sortBlock(-4, 100, compareInts);
+    EXPECT_EQ(slots(arr), (std::vector<void*>{&e, &d, &b, &a, &c, &f, nullptr, nullptr}));
+    arr->sortBlock(3, 3, compareInts);  // one slot: nothing
+    delete arr;
+}
+
+TEST(TalvoArray, SortBlockMatchesStableSortOnManyEqualKeys) {
+    const int n = 2000;
+    std::vector<int> values(n);
+    TalvoArray arr(n);
+    for (int i = 0; i < n; ++i) {
+        values[i] = (i * 7919) % 37 * 10 + i % 10;  // tens digit repeats often
+        arr.setCell(i, &values[i]);
+    }
+    std::vector<int*> expected;
+    for (auto& value : values)
+        expected.push_back(&value);
+    std::stable_sort(expected.begin(), expected.end(), [](int* x, int* y) { return *x / 10 < *y / 10; });
+    arr.sortBlock(0, n - 1, compareTens);
+    for (int i = 0; i < n; ++i)
+        ASSERT_EQ(arr.getCell(i), expected[i]) << "slot " << i;
+}
+
+TEST(TalvoArray, CopiesAndSharing) {
+    TalvoArray* a = new TalvoArray(4);
+    a->setCell(1, TalvoInteger::allocate(7));
+    TalvoArray* plain = a->copy();
+    EXPECT_EQ(plain->getSize(), 4);
+    EXPECT_EQ(plain->getCell(1), a->getCell(1));
+    EXPECT_EQ(plain->getNumberOfItems(), 1);
+    plain->setCell(5, I(1));
+    EXPECT_EQ(plain->getSize(), 8);  // same increment
+    TalvoArray* deep = a->copyWithItems(TalvoInteger::copy);
+    EXPECT_NE(deep->getCell(1), a->getCell(1));
+    EXPECT_EQ(*static_cast<int*>(deep->getCell(1)), 7);
+    freed = 0;
+    deep->deleteWithItems(countFree);
+    a->deleteWithItems(countFree);
+    EXPECT_EQ(freed, 2);
+    delete plain;
+}
