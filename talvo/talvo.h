@@ -13,6 +13,10 @@
 #include <talvo/foundation/TalvoMath.h>
 #include <talvo/foundation/TalvoRawString.h>
 
+// Containers
+#include <talvo/containers/TalvoList.h>
+#include <talvo/containers/TalvoArray.h>
+
 // Statistics
 #include <talvo/stats/TalvoRandomizer.h>
 #include <talvo/stats/TalvoQuantilizer.h>
