@@ -1,0 +1,21 @@
+// Lists and arrays: untyped items, cursors, sorting.
+#include <talvo/talvo.h>
+
+#include <cstdio>
+
+int main() {
+    TalvoMemoryManager::start();
+
+    TalvoList* numbers = new TalvoList(3, TalvoInteger::allocate(3), TalvoInteger::allocate(1),
+                                       TalvoInteger::allocate(2));
+    numbers->quickSort(TalvoInteger::geq);  // stable, ascending
+    TalvoListCursor* cursor = numbers->newCursor();
+    for (cursor->resetOnFirstItem(); !cursor->isAfterLastItem(); cursor->increment())
+        std::printf("%d ", *static_cast<int*>(cursor->getItem()));
+    std::printf("(%d items)\n", numbers->getNumberOfItems());
+    delete cursor;
+    numbers->deleteWithItems(TalvoInteger::free);
+
+    TalvoMemoryManager::stop();
+    return TalvoMemoryManager::getAllocationBalance() == 0 ? 0 : 1;
+}
