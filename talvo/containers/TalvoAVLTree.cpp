@@ -1,5 +1,7 @@
 #include <talvo/containers/TalvoAVLTree.h>
 
+#include <talvo/containers/TalvoList.h>
+
 namespace {
 
 // The largest height difference a balanced node may show.
@@ -346,6 +348,25 @@ void TalvoAVLTree::deleteItems(TalvoFreeFunction free) {
     _removeAllNodes();
 }
 
+void TalvoAVLTree::removeItems(TalvoList* list) {
+    if (!list)
+        return;
+    TalvoListCursor cursor(list);
+    for (cursor.resetOnFirstItem(); !cursor.isAfterLastItem(); cursor.increment())
+        _removeOneOccurrence(cursor.getItem());
+}
+
+void TalvoAVLTree::deleteItems(TalvoList* list, TalvoFreeFunction free) {
+    if (!list)
+        return;
+    while (!list->isEmpty()) {
+        void* item = list->removeFirstItem();
+        _removeOneOccurrence(item);
+        if (free)
+            free(item);
+    }
+}
+
 void TalvoAVLTree::deleteWithItems(TalvoFreeFunction free) {
     deleteItems(free);
     delete this;
@@ -454,6 +475,19 @@ TalvoAVLTree* TalvoAVLTree::copy() { return _cloneWith(nullptr); }
 
 TalvoAVLTree* TalvoAVLTree::copyWithItems(TalvoCopyFunction copy) {
     return copy ? _cloneWith(copy) : nullptr;
+}
+
+TalvoList* TalvoAVLTree::copyAsList() {
+    TalvoList* list = new TalvoList();
+    collectItems(list);
+    return list;
+}
+
+void TalvoAVLTree::collectItems(TalvoList* list) {
+    if (!list || !root)
+        return;
+    for (TalvoAVLTreeNode* n = root->leftmost(); n; n = n->next())
+        list->insertItemLast(n->item);
 }
 
 // ---------------------------------------------------------------- tree: set operations

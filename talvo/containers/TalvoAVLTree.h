@@ -138,8 +138,15 @@ public:
     void* removeNthItem(int n);
     // Removes every node; Items untouched.
     void removeItems();
+    // Same as subtraction: removes one node holding each Item of the list
+    // (by identity). The list is unchanged; null does nothing.
+    void removeItems(TalvoList* list);
     // Calls `free` on every Item in order and removes every node.
     void deleteItems(TalvoFreeFunction free);
+    // Empties `list` from its first cell; each Item taken off it loses one
+    // node here (by identity, when present) and is then passed to `free`
+    // whether or not the tree held it.
+    void deleteItems(TalvoList* list, TalvoFreeFunction free);
     // Removes every node whose Item gives compare(item, key) == 0.
     // O(n + removed log n).
     void compareAndRemoveItems(TalvoCompareFunction compare, void* key);
@@ -147,6 +154,11 @@ public:
     // The same, calling `free` on each matching Item before its node goes.
     void compareAndDeleteItems(TalvoCompareFunction compare, void* key, TalvoFreeFunction free);
     void compareAndDeleteItems(TalvoComparator* comparator, void* key, TalvoFreeFunction free);
+
+    // A new TalvoList of the Items in order, owned by the caller. O(n).
+    TalvoList* copyAsList();
+    // Appends the Items in order at the end of `list`; null does nothing. O(n).
+    void collectItems(TalvoList* list);
 
     // Set operations by identity; this tree is the first operand, `other` is
     // never changed. A null `other` changes nothing and builds nothing (null).

@@ -1,6 +1,7 @@
 #include "support/TalvoTest.h"
 
 #include <talvo/containers/TalvoAVLTree.h>
+#include <talvo/containers/TalvoList.h>
 #include <talvo/foundation/TalvoFunction.h>
 #include <talvo/foundation/TalvoInteger.h>
 
@@ -458,6 +459,50 @@ TEST(TalvoAVLTree, CompareAndDeleteItems_FreesEachMatch) {
     tree->compareAndRemoveItems(TalvoInteger::geq, &seven);
     EXPECT_EQ(tree->getNumberOfItems(), 3);
     EXPECT_EQ(*static_cast<int*>(tree->getNthItem(3)), 4);
+    tree->deleteWithItems(TalvoInteger::free);
+}
+
+TEST(TalvoAVLTree, CopyAsList_GivesItemsInOrder) {
+    std::vector<Keyed> k = {{2, 0}, {1, 0}, {2, 1}, {0, 0}};
+    TalvoAVLTree* tree = treeOf(k);
+    TalvoList* list = tree->copyAsList();
+    ASSERT_EQ(list->getNumberOfItems(), 4);
+    void* expected[] = {&k[3], &k[1], &k[0], &k[2]};
+    for (int i = 0; i < 4; i++)
+        EXPECT_EQ(list->getNthItem(i + 1), expected[i]);
+    tree->collectItems(list);
+    EXPECT_EQ(list->getNumberOfItems(), 8);
+    EXPECT_EQ(list->getNthItem(5), &k[3]);
+    delete list;
+    delete tree;
+}
+
+TEST(TalvoAVLTree, RemoveItemsOfList_RemovesByIdentity) {
+    std::vector<Keyed> k = {{1, 0}, {1, 1}, {2, 0}};
+    Keyed twin = {1, 9};
+    TalvoAVLTree* tree = treeOf(k);
+    TalvoList* list = new TalvoList(3, &k[1], &twin, &k[1]);
+    tree->removeItems(list);
+    EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{0, 0}));
+    EXPECT_EQ(list->getNumberOfItems(), 3);
+    delete list;
+    delete tree;
+}
+
+// The list ends empty and every Item of it is freed, held by the tree or not.
+TEST(TalvoAVLTree, DeleteItemsOfList_FreesEveryListItem) {
+    TalvoAVLTree* tree = new TalvoAVLTree(TalvoInteger::geq);
+    int* held = TalvoInteger::allocate(1);
+    int* kept = TalvoInteger::allocate(2);
+    int* stranger = TalvoInteger::allocate(1);
+    tree->insertItem(held);
+    tree->insertItem(kept);
+    TalvoList* list = new TalvoList(2, held, stranger);
+    tree->deleteItems(list, TalvoInteger::free);
+    EXPECT_TRUE(list->isEmpty());
+    EXPECT_EQ(tree->getNumberOfItems(), 1);
+    EXPECT_EQ(tree->getFirstItem(), kept);
+    delete list;
     tree->deleteWithItems(TalvoInteger::free);
 }
 
