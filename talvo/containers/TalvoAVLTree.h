@@ -61,7 +61,7 @@ private:
     // parent is this node's former parent (the caller relinks it there).
     TalvoAVLTreeNode* rotateRight();
     TalvoAVLTreeNode* rotateLeft();
-    TalvoAVLTreeNode* balance();
+    TalvoAVLTreeNode* balance(bool& tie);
 
     TalvoAVLTreeNode* leftmost();
     TalvoAVLTreeNode* rightmost();
@@ -208,6 +208,8 @@ private:
     TalvoCompareFunction compare;
     TalvoAVLTreeNode* root;
     int count;
+    // True once a tie rotation may have left a node off balance.
+    bool offBalance;
 };
 
 // In-order cursor. States: on a node; before the first Item; after the last
