@@ -406,3 +406,47 @@ TEST(TalvoHashTable, CompareAndDeleteItems_FreesMatchesInEveryBucket) {
     EXPECT_EQ(table->getNumberOfItems(), 0);
     delete table;
 }
+
+TEST(TalvoHashTable, EnlargeAndReduce_OnlyWhileResizingIsOn) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    table->setResizing(false);
+    for (int i = 1; i <= 200; i++)
+        table->insertItem(itemOf(i));
+    table->enlarge();
+    EXPECT_EQ(table->getSize(), 1024);
+    table->setResizing(true);
+    table->enlarge();
+    EXPECT_EQ(table->getSize(), 2048);
+    EXPECT_EQ(table->getNumberOfItems(), 200);
+    table->reduce();
+    EXPECT_EQ(table->getSize(), 1024);
+    table->reduce();  // never below the minimum size
+    EXPECT_EQ(table->getSize(), 1024);
+    table->insertItem(itemOf(201));  // 201 >= 102: the next insertion doubles
+    EXPECT_EQ(table->getSize(), 2048);
+    delete table;
+}
+
+namespace {
+int nullHashes = 0;
+int countingHash(void* item) {
+    nullHashes += item == nullptr;
+    return valueHash(item);
+}
+}  // namespace
+
+// Removing the first, last or n-th Item of an empty table still removes null,
+// so the hash call-back receives it.
+TEST(TalvoHashTable, RemoveFirstItem_OnEmptyTableHashesNull) {
+    TalvoHashTable* table = new TalvoHashTable(countingHash);
+    nullHashes = 0;
+    EXPECT_EQ(table->removeFirstItem(), nullptr);
+    EXPECT_EQ(table->removeLastItem(), nullptr);
+    EXPECT_EQ(table->removeNthItem(1), nullptr);
+    EXPECT_EQ(nullHashes, 3);
+    table->insertItem(itemOf(4));
+    table->insertItem(itemOf(2));
+    EXPECT_EQ(valueOf(table->removeNthItem(2)), 4);
+    EXPECT_EQ(table->getNumberOfItems(), 1);
+    delete table;
+}
