@@ -81,6 +81,7 @@ public:
     static constexpr const char* ClassName = "TalvoAVLTree";
 
     // An empty tree ordered by `compare` (called as compare(item in tree, other)).
+    // A null call-back ranks all Items equal: they stay in insertion order.
     explicit TalvoAVLTree(TalvoCompareFunction compare);
     // Deletes every node; the Items are untouched. O(n), no recursion.
     ~TalvoAVLTree();

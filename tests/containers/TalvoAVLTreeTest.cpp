@@ -210,6 +210,16 @@ TEST(TalvoAVLTree, EmptyTree_AnswersNull) {
     delete tree;
 }
 
+TEST(TalvoAVLTree, NullCompare_KeepsInsertionOrder) {
+    std::vector<Keyed> k = {{3, 0}, {1, 1}, {2, 2}, {0, 3}};
+    TalvoAVLTree* tree = new TalvoAVLTree(nullptr);
+    for (Keyed& item : k)
+        tree->insertItem(&item);
+    EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{0, 1, 2, 3}));
+    EXPECT_TRUE(tree->contains(&k[2]));
+    delete tree;
+}
+
 TEST(TalvoAVLTree, Contains_IsByIdentityAmongEqualItems) {
     std::vector<Keyed> k = {{1, 0}, {2, 0}, {2, 1}, {2, 2}, {3, 0}};
     Keyed twin = {2, 7};
