@@ -33,7 +33,7 @@ const LadderRow kModuloLadder[] = {
 // floor(ratio x size), held within the int range (NaN gives 0).
 int thresholdFor(double ratio, int size) {
     double t = std::floor(ratio * size);
-    if (!(t == t))
+    if (std::isnan(t))
         return 0;
     if (t <= static_cast<double>(INT_MIN))
         return INT_MIN;
