@@ -16,6 +16,8 @@
 // Containers
 #include <talvo/containers/TalvoList.h>
 #include <talvo/containers/TalvoArray.h>
+#include <talvo/containers/TalvoAVLTree.h>
+#include <talvo/containers/TalvoHashTable.h>
 
 // Statistics
 #include <talvo/stats/TalvoRandomizer.h>
