@@ -1,4 +1,4 @@
-// Lists and arrays: untyped items, cursors, sorting.
+// Containers: untyped items, cursors, sorting, sorted trees.
 #include <talvo/talvo.h>
 
 #include <cstdio>
@@ -15,6 +15,16 @@ int main() {
     std::printf("(%d items)\n", numbers->getNumberOfItems());
     delete cursor;
     numbers->deleteWithItems(TalvoInteger::free);
+
+    TalvoAVLTree* tree = new TalvoAVLTree(TalvoInteger::geq);
+    for (int v : {5, 1, 4, 1})
+        tree->insertItem(TalvoInteger::allocate(v));  // equal items keep insertion order
+    TalvoAVLTreeCursor* walk = tree->newCursor();
+    for (walk->resetOnFirstItem(); !walk->isAfterLastItem(); walk->increment())
+        std::printf("%d ", *static_cast<int*>(walk->getItem()));
+    std::printf("\n");
+    delete walk;
+    tree->deleteWithItems(TalvoInteger::free);
 
     TalvoMemoryManager::stop();
     return TalvoMemoryManager::getAllocationBalance() == 0 ? 0 : 1;
