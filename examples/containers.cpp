@@ -2,6 +2,7 @@
 #include <talvo/talvo.h>
 
 #include <cstdio>
+#include <initializer_list>
 
 int main() {
     TalvoMemoryManager::start();
