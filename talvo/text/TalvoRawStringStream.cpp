@@ -37,8 +37,7 @@ char TalvoRawStringStream::getChar() {
     // but never past the end of the text.
     if (!givenBack || _peek() != '\0')
         ++_current;
-    _noteRead(c);
-    return c;
+    return _noteAndEcho(c);
 }
 
 void TalvoRawStringStream::unGetChar(char c) {

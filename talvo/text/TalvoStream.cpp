@@ -188,6 +188,18 @@ void TalvoStream::_giveBack(char c) {
     _echo(c);
 }
 
+char TalvoStream::_noteAndEcho(char c) {
+    if (c == '\n')
+        ++_lineNumber;
+    _echo(c);
+    return c;
+}
+
+char TalvoStream::_echoed(char c) {
+    _traceStream->put(c);
+    return c;
+}
+
 void TalvoStream::_deletePushBack() {
     TalvoCharBuffer::free(_pushBack);
     _pushBack = nullptr;
