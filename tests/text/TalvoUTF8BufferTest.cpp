@@ -139,3 +139,21 @@ TEST(TalvoUTF8Buffer, Append_GrowsPastManyBlocks) {
     TalvoUTF8Buffer::free(heap);
     TalvoUTF8Buffer::free(nullptr);
 }
+
+TEST(TalvoUTF8Buffer, Reserve_AddsThirtyTwoTimesNeededOverThirtyTwoPlusOne) {
+    TalvoUTF8Buffer buffer;
+    buffer.append('a');  // needs 1: capacity 0 + 32 * 1
+    const unsigned char* block = buffer.getBytes();
+    for (int i = 1; i < 32; ++i)
+        buffer.append('a');
+    EXPECT_EQ(buffer.getBytes(), block);
+    buffer.append('a');  // needs 33: capacity 32 + 32 * 2 = 96
+    EXPECT_NE(buffer.getBytes(), block);
+    block = buffer.getBytes();
+    for (int i = 33; i < 96; ++i)
+        buffer.append('a');
+    EXPECT_EQ(buffer.getBytes(), block);
+    buffer.append('a');
+    EXPECT_NE(buffer.getBytes(), block);
+    EXPECT_EQ(buffer.getByteLength(), 97);
+}
