@@ -54,11 +54,11 @@ bool TalvoCharBuffer::_grow(int capacity, char** previous) {
 void TalvoCharBuffer::_appendGrowing(char c) {
     // One step of the increment is the rule; with an increment of 1 a single
     // step leaves no room for the terminator, so step until both fit.
-    int capacity = _capacity;
+    long long capacity = _capacity;
     while (_length >= capacity - 1)
         capacity += _increment;
     char* previous = nullptr;
-    if (!_grow(capacity, &previous))
+    if (capacity > INT32_MAX || !_grow(static_cast<int>(capacity), &previous))
         return;
     if (previous)
         TalvoRawString::free(previous);

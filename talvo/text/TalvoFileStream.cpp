@@ -42,7 +42,7 @@ FILE* TalvoFileStream::getFile() {
 char TalvoFileStream::getChar() {
     if (_isReading && _file && !_traceStream && !_hasPushBack() && canTakeBufferedByte(_file)) {
         char c = takeBufferedByte(_file);
-        _lineNumber += c == '\n';  // branch-free: newlines come at random
+        _addLines(c == '\n');  // branch-free: newlines come at random
         return c;
     }
     return _getCharSlowly();

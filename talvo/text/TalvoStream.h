@@ -117,6 +117,10 @@ protected:
     char _noteAndEcho(char c);
     // Echoes `c` to the trace stream (which must be set); returns it.
     char _echoed(char c);
+    // Adds `delta` to the line number, wrapping in 32 bits.
+    void _addLines(int delta) {
+        _lineNumber = static_cast<int>(static_cast<unsigned>(_lineNumber) + static_cast<unsigned>(delta));
+    }
     void _echo(char c) {
         if (_traceStream)
             _traceStream->put(c);
