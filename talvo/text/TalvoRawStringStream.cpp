@@ -18,7 +18,7 @@ TalvoRawStringStream::~TalvoRawStringStream() {
 void TalvoRawStringStream::_noFlush(char**, int*) {}
 
 char TalvoRawStringStream::getChar() {
-    if (_isReading == false || !_buffer)
+    if (!_isReading || !_buffer)
         return -1;
     bool givenBack = _hasPushBack();
     char c;
