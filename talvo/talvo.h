@@ -19,6 +19,16 @@
 #include <talvo/containers/TalvoAVLTree.h>
 #include <talvo/containers/TalvoHashTable.h>
 
+// Text and streams
+#include <talvo/text/TalvoCharBuffer.h>
+#include <talvo/text/TalvoUTF8Char.h>
+#include <talvo/text/TalvoUTF8Buffer.h>
+#include <talvo/text/TalvoUTF8String.h>
+#include <talvo/text/TalvoStream.h>
+#include <talvo/text/TalvoFileStream.h>
+#include <talvo/text/TalvoRawStringStream.h>
+#include <talvo/text/TalvoFile.h>
+
 // Statistics
 #include <talvo/stats/TalvoRandomizer.h>
 #include <talvo/stats/TalvoQuantilizer.h>
