@@ -1,0 +1,224 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/containers/TalvoList.h>
+
+#include <vector>
+
+namespace {
+
+int v[10] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
+void* I(int i) { return &v[i]; }
+
+std::vector<void*> forward(TalvoList* list) {
+    std::vector<void*> items;
+    TalvoListCursor cursor(list);
+    for (cursor.resetOnFirstItem(); !cursor.isAfterLastItem(); cursor.increment())
+        items.push_back(cursor.getItem());
+    return items;
+}
+
+std::vector<void*> backward(TalvoList* list) {
+    std::vector<void*> items;
+    TalvoListCursor cursor(list);
+    for (cursor.resetOnLastItem(); !cursor.isBeforeFirstItem(); cursor.decrement())
+        items.insert(items.begin(), cursor.getItem());
+    return items;
+}
+
+// The cursor's full state: item, both flags, on first, on last.
+struct State {
+    void* item;
+    bool before, after, onFirst, onLast;
+    bool operator==(const State& o) const {
+        return item == o.item && before == o.before && after == o.after && onFirst == o.onFirst &&
+               onLast == o.onLast;
+    }
+};
+
+State stateOf(TalvoListCursor& c) {
+    return {c.getItem(), c.isBeforeFirstItem(), c.isAfterLastItem(), c.isOnFirstItem(),
+            c.isOnLastItem()};
+}
+
+const State Outside = {nullptr, true, true, false, false};
+const State Before = {nullptr, true, false, false, false};
+const State After = {nullptr, false, true, false, false};
+State on(void* item, bool first, bool last) { return {item, false, false, first, last}; }
+
+}  // namespace
+
+TEST(TalvoListCursor, NewCursorIsOffTheListAndIncrementKeepsIt) {
+    TalvoList list(2, I(1), I(2));
+    TalvoListCursor* c = list.newCursor();
+    EXPECT_EQ(stateOf(*c), Outside);
+    c->increment();
+    EXPECT_EQ(stateOf(*c), Outside);
+    c->decrement();
+    EXPECT_EQ(stateOf(*c), Outside);
+    c->resetOnFirstItem();
+    EXPECT_EQ(stateOf(*c), on(I(1), true, false));
+    delete c;
+}
+
+TEST(TalvoListCursor, MovesAtBothEnds) {
+    TalvoList list(2, I(1), I(2));
+    TalvoListCursor c(&list);
+    c.resetOnLastItem();
+    EXPECT_EQ(stateOf(c), on(I(2), false, true));
+    c.increment();
+    EXPECT_EQ(stateOf(c), After);
+    c.increment();  // off the list: nothing
+    EXPECT_EQ(stateOf(c), After);
+    c.decrement();  // a cursor after the last item must be reset, not decremented
+    EXPECT_EQ(stateOf(c), After);
+    c.resetOnFirstItem();
+    c.decrement();
+    EXPECT_EQ(stateOf(c), Before);
+    c.decrement();
+    c.increment();
+    EXPECT_EQ(stateOf(c), Before);
+}
+
+TEST(TalvoListCursor, SingleItemIsFirstAndLast) {
+    TalvoList list(1, I(5));
+    TalvoListCursor c(&list);
+    c.resetOnFirstItem();
+    EXPECT_EQ(stateOf(c), on(I(5), true, true));
+}
+
+TEST(TalvoListCursor, EmptyListIsBeforeAndAfter) {
+    TalvoList list;
+    TalvoListCursor c(&list);
+    c.resetOnFirstItem();
+    EXPECT_EQ(stateOf(c), Outside);
+    c.resetOnLastItem();
+    EXPECT_EQ(stateOf(c), Outside);
+    c.resetInPosition(3);
+    EXPECT_EQ(stateOf(c), Outside);
+    c.resetOnItem(I(1));
+    EXPECT_EQ(stateOf(c), Outside);
+    EXPECT_EQ(c.removeItemAndIncrement(), nullptr);
+    EXPECT_EQ(c.removeItemAndDecrement(), nullptr);
+    EXPECT_EQ(c.substituteItemForItem(I(1)), nullptr);
+    TalvoListCursor nowhere(nullptr);
+    nowhere.resetOnFirstItem();
+    EXPECT_EQ(stateOf(nowhere), Outside);
+    nowhere.insertItemAfter(I(1));
+}
+
+TEST(TalvoListCursor, ResetInPosition) {
+    TalvoList list(3, I(1), I(2), I(3));
+    TalvoListCursor c(&list);
+    struct {
+        int position;
+        State expected;
+    } table[] = {{-4, on(I(1), true, false)}, {0, on(I(1), true, false)}, {1, on(I(1), true, false)},
+                 {2, on(I(2), false, false)},  {3, on(I(3), false, true)},  {4, After},
+                 {40, After}};
+    for (auto& row : table) {
+        c.resetInPosition(row.position);
+        EXPECT_EQ(stateOf(c), row.expected) << "position " << row.position;
+    }
+}
+
+TEST(TalvoListCursor, ResetOnItemFindsFirstOccurrence) {
+    TalvoList list(3, I(1), I(2), I(2));
+    TalvoListCursor c(&list);
+    c.resetOnItem(I(2));
+    EXPECT_EQ(stateOf(c), on(I(2), false, false));
+    c.resetOnItem(I(9));
+    EXPECT_EQ(stateOf(c), After);
+}
+
+TEST(TalvoListCursor, RemoveAtCursorLeavesCursorOnNext) {
+    TalvoList list(3, I(1), I(2), I(3));
+    TalvoListCursor c(&list);
+    c.resetOnFirstItem();
+    EXPECT_EQ(c.removeItemAndIncrement(), I(1));
+    EXPECT_EQ(stateOf(c), on(I(2), true, false));
+    c.resetOnLastItem();
+    EXPECT_EQ(c.removeItemAndIncrement(), I(3));
+    EXPECT_EQ(stateOf(c), After);
+    EXPECT_EQ(forward(&list), std::vector<void*>{I(2)});
+    EXPECT_EQ(backward(&list), std::vector<void*>{I(2)});
+    EXPECT_EQ(list.getNumberOfItems(), 1);
+}
+
+TEST(TalvoListCursor, RemoveAndDecrementAtFirstLeavesCursorBefore) {
+    TalvoList list(2, I(1), I(2));
+    TalvoListCursor c(&list);
+    c.resetOnLastItem();
+    EXPECT_EQ(c.removeItemAndDecrement(), I(2));
+    EXPECT_EQ(stateOf(c), on(I(1), true, true));
+    EXPECT_EQ(c.removeItemAndDecrement(), I(1));
+    EXPECT_EQ(stateOf(c), Before);
+    EXPECT_TRUE(list.isEmpty());
+    EXPECT_EQ(list.getTop(), nullptr);
+    EXPECT_EQ(list.getLastItem(), nullptr);
+}
+
+TEST(TalvoListCursor, RemovingWhileWalkingEmptiesTheList) {
+    TalvoList list(4, I(1), I(2), I(3), I(4));
+    TalvoListCursor c(&list);
+    c.resetOnFirstItem();
+    while (!c.isAfterLastItem())
+        c.removeItemAndIncrement();
+    EXPECT_EQ(list.getNumberOfItems(), 0);
+    EXPECT_EQ(forward(&list), std::vector<void*>{});
+}
+
+TEST(TalvoListCursor, InsertionsAtEndsAreCounted) {
+    TalvoList list(1, I(1));
+    TalvoListCursor c(&list);
+    c.insertItemBefore(I(0));  // before the first: first
+    c.resetOnLastItem();
+    c.insertItemAfter(I(2));   // on the last: last
+    c.increment();
+    c.increment();
+    c.insertItemAfter(I(3));   // after the last: last
+    c.insertItemBefore(I(4));  // after the last: last
+    c.resetOnFirstItem();
+    c.insertItemBefore(I(5));  // on the first: first
+    EXPECT_EQ(forward(&list), (std::vector<void*>{I(5), I(0), I(1), I(2), I(3), I(4)}));
+    EXPECT_EQ(backward(&list), forward(&list));
+    EXPECT_EQ(list.getNumberOfItems(), 6);
+    EXPECT_EQ(stateOf(c), on(I(0), false, false));  // the cursor did not move
+}
+
+TEST(TalvoListCursor, InsertionsInTheMiddleAreNotCounted) {
+    TalvoList list(3, I(1), I(2), I(3));
+    TalvoListCursor c(&list);
+    c.resetInPosition(2);
+    c.insertItemBefore(I(7));
+    c.insertItemAfter(I(8));
+    EXPECT_EQ(stateOf(c), on(I(2), false, false));
+    EXPECT_EQ(forward(&list), (std::vector<void*>{I(1), I(7), I(2), I(8), I(3)}));
+    EXPECT_EQ(backward(&list), forward(&list));
+    EXPECT_EQ(list.getNumberOfItems(), 3);
+    // The stale count bounds positional access but never breaks a walk.
+    EXPECT_EQ(list.getNthItem(4), nullptr);
+    EXPECT_EQ(list.getNthItem(-1), I(3));
+    while (list.removeFirstItem()) {
+    }
+    EXPECT_EQ(list.getNumberOfItems(), -2);
+    EXPECT_EQ(list.getTop(), nullptr);
+}
+
+TEST(TalvoListCursor, ExchangeSubstituteAndCopy) {
+    TalvoList list(3, I(1), I(2), I(3));
+    TalvoListCursor a(&list);
+    a.resetOnFirstItem();
+    TalvoListCursor* b = a.copy();
+    EXPECT_EQ(stateOf(*b), stateOf(a));
+    b->resetOnLastItem();
+    a.exchangeItems(b);
+    EXPECT_EQ(forward(&list), (std::vector<void*>{I(3), I(2), I(1)}));
+    b->increment();
+    a.exchangeItems(b);  // b is off the list: nothing
+    EXPECT_EQ(list.getTop(), I(3));
+    EXPECT_EQ(a.substituteItemForItem(I(9)), I(3));
+    EXPECT_EQ(list.getTop(), I(9));
+    b->resetOnCursor(&a);
+    EXPECT_EQ(stateOf(*b), stateOf(a));
+    delete b;
+}

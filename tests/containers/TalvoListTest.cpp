@@ -1,0 +1,406 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/containers/TalvoList.h>
+#include <talvo/foundation/TalvoComparator.h>
+#include <talvo/foundation/TalvoInteger.h>
+
+#include <vector>
+
+namespace {
+
+// Items are the addresses of these ints: the list compares them by identity.
+int v[10] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
+void* I(int i) { return &v[i]; }
+
+std::vector<void*> forward(TalvoList* list) {
+    std::vector<void*> items;
+    TalvoListCursor cursor(list);
+    for (cursor.resetOnFirstItem(); !cursor.isAfterLastItem(); cursor.increment())
+        items.push_back(cursor.getItem());
+    return items;
+}
+
+std::vector<void*> backward(TalvoList* list) {
+    std::vector<void*> items;
+    TalvoListCursor cursor(list);
+    for (cursor.resetOnLastItem(); !cursor.isBeforeFirstItem(); cursor.decrement())
+        items.insert(items.begin(), cursor.getItem());
+    return items;
+}
+
+// Checks the next links (walk from first), the previous links (walk from
+// last), first, last and the count.
+void expectList(TalvoList* list, const std::vector<void*>& items) {
+    EXPECT_EQ(forward(list), items);
+    EXPECT_EQ(backward(list), items);
+    EXPECT_EQ(list->getNumberOfItems(), static_cast<int>(items.size()));
+    EXPECT_EQ(list->isEmpty(), items.empty());
+    EXPECT_EQ(list->getTop(), items.empty() ? nullptr : items.front());
+    EXPECT_EQ(list->getLastItem(), items.empty() ? nullptr : items.back());
+}
+
+int compareInts(void* a, void* b) { return *static_cast<int*>(a) - *static_cast<int*>(b); }
+
+// Key of a pair-like item: the tens digit, so 21 and 25 are equals.
+int compareTens(void* a, void* b) { return *static_cast<int*>(a) / 10 - *static_cast<int*>(b) / 10; }
+
+void* tensAccess(void* item, void*) { return item; }
+
+class TensComparator : public TalvoComparator {
+public:
+    int compareItems(void* a, void* b) override { return compareTens(a, b); }
+};
+
+struct Marked {
+    int mark;
+};
+int testMark(void* item) { return static_cast<Marked*>(item)->mark; }
+void setMark(void* item, int flag) { static_cast<Marked*>(item)->mark = flag; }
+
+int freed = 0;
+void countFree(void* item) {
+    ++freed;
+    TalvoInteger::free(item);
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------- construction
+
+TEST(TalvoList, CountedConstructorKeepsArgumentOrder) {
+    TalvoList list(3, I(1), I(2), I(3));
+    expectList(&list, {I(1), I(2), I(3)});
+    TalvoList none(-2);
+    expectList(&none, {});
+}
+
+TEST(TalvoList, CopyIsIndependent) {
+    TalvoList list(2, I(1), I(2));
+    TalvoList* copy = list.copy();
+    copy->insertItemLast(I(3));
+    expectList(&list, {I(1), I(2)});
+    expectList(copy, {I(1), I(2), I(3)});
+    delete copy;
+}
+
+TEST(TalvoList, AssignmentSharesCellsWhileCountsDiverge) {
+    TalvoList a(2, I(1), I(2));
+    TalvoList* b = new TalvoList;
+    *b = a;
+    b->insertItemLast(I(3));
+    // a's last cell now has a next cell: walking a from first sees the new item.
+    EXPECT_EQ(forward(&a), (std::vector<void*>{I(1), I(2), I(3)}));
+    EXPECT_EQ(a.getNumberOfItems(), 2);
+    EXPECT_EQ(b->getNumberOfItems(), 3);
+    // Only one of them may free the shared cells.
+    b->removeItems();
+    TalvoList empty;
+    a = empty;
+    TalvoList::free(b);
+}
+
+TEST(TalvoList, CopyWithItemsAndDeleteWithItems) {
+    TalvoList* list = new TalvoList(2, TalvoInteger::allocate(4), TalvoInteger::allocate(5));
+    TalvoList* copy = list->copyWithItems(TalvoInteger::copy);
+    ASSERT_EQ(copy->getNumberOfItems(), 2);
+    EXPECT_NE(copy->getTop(), list->getTop());
+    EXPECT_EQ(*static_cast<int*>(copy->getLastItem()), 5);
+    freed = 0;
+    list->deleteWithItems(countFree);
+    copy->deleteWithItems(countFree);
+    EXPECT_EQ(freed, 4);
+    TalvoList::free(nullptr);
+}
+
+// ---------------------------------------------------------------- access
+
+TEST(TalvoList, GetNthItemPositions) {
+    TalvoList list(3, I(1), I(2), I(3));
+    struct {
+        int position;
+        void* expected;
+    } table[] = {{0, nullptr}, {1, I(1)}, {3, I(3)}, {4, nullptr}, {-1, I(3)},
+                 {-3, I(1)},   {-4, nullptr}, {100, nullptr}, {-100, nullptr}};
+    for (auto& row : table)
+        EXPECT_EQ(list.getNthItem(row.position), row.expected) << "position " << row.position;
+    TalvoList empty;
+    EXPECT_EQ(empty.getNthItem(1), nullptr);
+    EXPECT_EQ(empty.getNthItem(-1), nullptr);
+}
+
+TEST(TalvoList, PositionAndSearch) {
+    TalvoList list(4, I(1), I(2), I(3), I(2));
+    EXPECT_EQ(list.getItemPosition(I(2)), 2);
+    EXPECT_EQ(list.getItemPosition(I(9)), 0);
+    EXPECT_TRUE(list.contains(I(3)));
+    EXPECT_FALSE(list.contains(nullptr));
+    int three = 3;  // another address with an equal value
+    EXPECT_FALSE(list.contains(&three));
+    EXPECT_EQ(list.searchItem(compareInts, &three), I(3));
+    TensComparator tens;
+    int twelve = 12;
+    EXPECT_EQ(list.searchItemWithComparator(&tens, &twelve), nullptr);
+    int seven = 7;
+    EXPECT_EQ(list.searchItemWithComparator(&tens, &seven), I(1));
+    EXPECT_EQ(list.searchItem(nullptr, &three), nullptr);
+}
+
+// ---------------------------------------------------------------- insertion
+
+TEST(TalvoList, InsertItemInPositionBounds) {
+    struct {
+        int position;
+        std::vector<void*> expected;
+    } table[] = {
+        {1, {I(9), I(1), I(2), I(3)}},  {0, {I(9), I(1), I(2), I(3)}},
+        {-5, {I(9), I(1), I(2), I(3)}}, {2, {I(1), I(9), I(2), I(3)}},
+        {3, {I(1), I(2), I(9), I(3)}},  {4, {I(1), I(2), I(3), I(9)}},
+        {10, {I(1), I(2), I(3), I(9)}},
+    };
+    for (auto& row : table) {
+        TalvoList list(3, I(1), I(2), I(3));
+        list.insertItemInPosition(I(9), row.position);
+        SCOPED_TRACE(row.position);
+        expectList(&list, row.expected);
+    }
+}
+
+TEST(TalvoList, InsertItemBeforeAndAfterEquals) {
+    int one = 1, twoA = 2, twoB = 2, three = 3, twoNew = 2;
+    TalvoList list(4, &one, &twoA, &twoB, &three);
+    list.insertItemAfter(compareInts, &twoNew);
+    expectList(&list, {&one, &twoA, &twoB, &twoNew, &three});
+    list.removeItem(&twoNew);
+    list.insertItemBefore(compareInts, &twoNew);
+    expectList(&list, {&one, &twoNew, &twoA, &twoB, &three});
+    int zero = 0, nine = 9;
+    list.insertItemBefore(compareInts, &zero);
+    list.insertItemAfter(compareInts, &nine);
+    EXPECT_EQ(list.getTop(), &zero);
+    EXPECT_EQ(list.getLastItem(), &nine);
+    TalvoList empty;
+    empty.insertItemAfter(compareInts, &one);
+    expectList(&empty, {&one});
+}
+
+TEST(TalvoList, AppendToItself) {
+    TalvoList list(2, I(1), I(2));
+    list.append(&list);
+    expectList(&list, {I(1), I(2), I(1), I(2)});
+    list.append(nullptr);
+    EXPECT_EQ(list.getNumberOfItems(), 4);
+}
+
+TEST(TalvoList, StackAndQueue) {
+    TalvoList list;
+    list.push(I(1));
+    list.push(I(2));
+    list.enQueue(I(3));
+    expectList(&list, {I(2), I(1), I(3)});
+    EXPECT_EQ(list.pop(), I(2));
+    EXPECT_EQ(list.deQueue(), I(1));
+    EXPECT_EQ(list.removeLastItem(), I(3));
+    EXPECT_EQ(list.pop(), nullptr);
+    EXPECT_EQ(list.removeLastItem(), nullptr);
+    expectList(&list, {});
+}
+
+// ---------------------------------------------------------------- removal
+
+TEST(TalvoList, RemovalsKeepLinks) {
+    TalvoList list(5, I(1), I(2), I(3), I(2), I(4));
+    list.removeItem(I(2));
+    expectList(&list, {I(1), I(3), I(2), I(4)});
+    list.removeItem(I(9));
+    EXPECT_EQ(list.removeNthItem(-1), I(4));
+    EXPECT_EQ(list.removeNthItem(0), nullptr);
+    EXPECT_EQ(list.removeNthItem(4), nullptr);
+    EXPECT_EQ(list.removeNthItem(1), I(1));
+    expectList(&list, {I(3), I(2)});
+    list.removeItems();
+    expectList(&list, {});
+    EXPECT_EQ(list.removeNthItem(1), nullptr);
+    list.removeItem(I(1));
+}
+
+TEST(TalvoList, DeleteItemsWithOtherFreesEveryItemOfOther) {
+    int* a = TalvoInteger::allocate(1);
+    int* b = TalvoInteger::allocate(2);
+    int* c = TalvoInteger::allocate(3);
+    TalvoList list(3, a, b, a);
+    TalvoList other(2, a, c);
+    freed = 0;
+    list.deleteItems(&other, countFree);
+    EXPECT_EQ(freed, 2);
+    expectList(&other, {});
+    expectList(&list, {b, a});  // only the first occurrence of a goes
+    list.removeItems();
+    TalvoInteger::free(b);
+}
+
+TEST(TalvoList, CompareAndRemoveItems) {
+    int a = 11, b = 25, c = 13, d = 30;
+    TalvoList list(4, &a, &b, &c, &d);
+    int key = 19;
+    list.compareAndRemoveItems(compareTens, &key);
+    expectList(&list, {&b, &d});
+    TensComparator tens;
+    int key2 = 31;
+    list.compareAndRemoveItems(&tens, &key2);
+    expectList(&list, {&b});
+}
+
+TEST(TalvoList, CompareAndDeleteItemsFreesMatches) {
+    TalvoList list(3, TalvoInteger::allocate(1), TalvoInteger::allocate(2), TalvoInteger::allocate(1));
+    int key = 1;
+    freed = 0;
+    list.compareAndDeleteItems(compareInts, &key, countFree);
+    EXPECT_EQ(freed, 2);
+    ASSERT_EQ(list.getNumberOfItems(), 1);
+    TensComparator tens;
+    list.compareAndDeleteItems(&tens, &key, countFree);
+    EXPECT_EQ(freed, 3);
+    expectList(&list, {});
+}
+
+TEST(TalvoList, ExtractRangeClipsToList) {
+    TalvoList list(4, I(1), I(2), I(3), I(4));
+    struct {
+        int from, to;
+        std::vector<void*> expected;
+    } table[] = {{2, 3, {I(2), I(3)}}, {-5, 1, {I(1)}}, {3, 99, {I(3), I(4)}}, {3, 2, {}}, {5, 9, {}}};
+    for (auto& row : table) {
+        TalvoList* range = list.extractRange(row.from, row.to);
+        SCOPED_TRACE(row.from);
+        expectList(range, row.expected);
+        delete range;
+    }
+}
+
+// ---------------------------------------------------------------- set operations
+
+TEST(TalvoList, AdditionAddsRepeatedItemOnce) {
+    TalvoList list(1, I(1));
+    TalvoList other(4, I(2), I(2), I(1), I(3));
+    list.addition(&other);
+    expectList(&list, {I(1), I(2), I(3)});
+}
+
+TEST(TalvoList, SubtractionRemovesOneOccurrencePerOccurrence) {
+    TalvoList list(5, I(1), I(2), I(1), I(1), I(3));
+    TalvoList other(3, I(1), I(1), I(9));
+    list.subtraction(&other);
+    expectList(&list, {I(2), I(1), I(3)});
+    list.removeItems(&list);
+    expectList(&list, {});
+}
+
+TEST(TalvoList, SelectionKeepsRepetitions) {
+    TalvoList list(5, I(1), I(2), I(1), I(3), I(2));
+    TalvoList other(2, I(2), I(1));
+    list.selection(&other);
+    expectList(&list, {I(1), I(2), I(1), I(2)});
+    list.selection(nullptr);
+    expectList(&list, {});
+}
+
+TEST(TalvoList, BuildOperationsWithRepeatedItems) {
+    TalvoList list(5, I(1), I(2), I(1), I(3), I(4));
+    TalvoList other(3, I(3), I(5), I(1));
+    TalvoList* u = list.buildUnion(&other);
+    TalvoList* i = list.buildIntersection(&other);
+    TalvoList* d = list.buildDifference(&other);
+    expectList(u, {I(1), I(2), I(1), I(3), I(4), I(5)});
+    expectList(i, {I(1), I(1), I(3)});
+    expectList(d, {I(2), I(4)});
+    EXPECT_EQ(list.getNumberOfItemsOfUnion(&other), 3 + 2);
+    EXPECT_EQ(list.getNumberOfItemsOfIntersection(&other), 3);
+    EXPECT_EQ(list.getNumberOfItemsOfDifference(&other), 2);
+    delete u;
+    delete i;
+    delete d;
+}
+
+TEST(TalvoList, MembershipComparesCountsFirst) {
+    TalvoList list(3, I(1), I(2), I(3));
+    TalvoList same(3, I(3), I(2), I(1));
+    TalvoList sub(2, I(3), I(1));
+    TalvoList repeated(4, I(1), I(1), I(1), I(1));
+    TalvoList empty;
+    EXPECT_TRUE(list.doesContainMembersOf(&sub));
+    EXPECT_TRUE(list.doesContainMembersOf(&empty));
+    EXPECT_FALSE(list.doesContainMembersOf(&repeated));  // more cells than here
+    EXPECT_FALSE(sub.doesContainMembersOf(&list));
+    EXPECT_TRUE(list.hasSameMembersAs(&same));
+    EXPECT_FALSE(list.hasSameMembersAs(&sub));
+    TalvoList twice(3, I(1), I(1), I(2));
+    TalvoList other(3, I(2), I(2), I(1));
+    EXPECT_TRUE(twice.hasSameMembersAs(&other));  // counts and members, not multiplicities
+}
+
+TEST(TalvoList, LinearOperationsFollowTheirOrderAndClearMarks) {
+    Marked m[6] = {};
+    TalvoList list(4, &m[0], &m[1], &m[0], &m[2]);
+    TalvoList other(4, &m[3], &m[2], &m[3], &m[0]);
+    TalvoList* u = list.buildLinearUnion(&other, testMark, setMark);
+    expectList(u, {&m[0], &m[1], &m[0], &m[2], &m[3]});
+    TalvoList* i = list.buildLinearIntersection(&other, testMark, setMark);
+    expectList(i, {&m[2], &m[0]});
+    TalvoList* d = list.buildLinearDifference(&other, testMark, setMark);
+    expectList(d, {&m[1]});
+    for (auto& mark : m)
+        EXPECT_EQ(mark.mark, 0);
+    delete u;
+    delete i;
+    delete d;
+}
+
+// ---------------------------------------------------------------- sorting
+
+TEST(TalvoList, QuickSortIsStableOnEqualKeys) {
+    int a = 21, b = 15, c = 25, d = 11, e = 29, f = 3;
+    TalvoList list(6, &a, &b, &c, &d, &e, &f);
+    list.quickSort(compareTens);
+    expectList(&list, {&f, &b, &d, &a, &c, &e});
+    TalvoList list2(6, &a, &b, &c, &d, &e, &f);
+    TensComparator tens;
+    list2.quickSort(&tens);
+    expectList(&list2, {&f, &b, &d, &a, &c, &e});
+    TalvoList list3(6, &a, &b, &c, &d, &e, &f);
+    list3.quickSort(tensAccess, compareTens, nullptr);
+    expectList(&list3, {&f, &b, &d, &a, &c, &e});
+    TalvoList empty;
+    empty.quickSort(compareTens);
+    expectList(&empty, {});
+}
+
+TEST(TalvoList, BubbleSortIsStableOnEqualKeys) {
+    int a = 21, b = 15, c = 25, d = 11, e = 29, f = 3;
+    TalvoList list(6, &a, &b, &c, &d, &e, &f);
+    list.bubbleSort(compareTens);
+    expectList(&list, {&f, &b, &d, &a, &c, &e});
+    TalvoList one(1, &a);
+    one.bubbleSort(compareTens);
+    expectList(&one, {&a});
+}
+
+// A compare that always answers "greater" exchanges forever unless bounded.
+int alwaysGreater(void*, void*) { return 1; }
+
+TEST(TalvoList, BubbleSortStopsOnContradictoryCompare) {
+    TalvoList list(4, I(1), I(2), I(3), I(4));
+    list.bubbleSort(alwaysGreater);
+    EXPECT_EQ(list.getNumberOfItems(), 4);
+    std::vector<void*> items = forward(&list);
+    EXPECT_EQ(items.size(), 4u);
+    EXPECT_EQ(backward(&list), items);
+}
+
+TEST(TalvoList, ReverseSwapsEnds) {
+    TalvoList list(3, I(1), I(2), I(3));
+    list.reverse();
+    expectList(&list, {I(3), I(2), I(1)});
+    TalvoList empty;
+    empty.reverse();
+    expectList(&empty, {});
+}
