@@ -11,7 +11,8 @@ TalvoDictionary::~TalvoDictionary() {
 }
 
 void TalvoDictionary::free(void* dictionary) {
-    delete static_cast<TalvoDictionary*>(dictionary);
+    if (dictionary)
+        delete static_cast<TalvoDictionary*>(dictionary);
 }
 
 TalvoAttribute* TalvoDictionary::getAttribute(const char* key) const {

@@ -40,7 +40,8 @@ TalvoHandle::TalvoHandle(const char* key, void* item) : _key(TalvoRawString::cop
 TalvoHandle::~TalvoHandle() { releaseKey(_key); }
 
 void TalvoHandle::free(void* handle) {
-    delete static_cast<TalvoHandle*>(handle);
+    if (handle)
+        delete static_cast<TalvoHandle*>(handle);
 }
 
 void TalvoHandle::setKey(const char* key) {

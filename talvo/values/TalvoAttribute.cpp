@@ -41,7 +41,8 @@ TalvoAttribute::~TalvoAttribute() {
 }
 
 void TalvoAttribute::free(void* attribute) {
-    delete static_cast<TalvoAttribute*>(attribute);
+    if (attribute)
+        delete static_cast<TalvoAttribute*>(attribute);
 }
 
 char* TalvoAttribute::copyName() const { return TalvoRawString::copy(_name); }

@@ -220,7 +220,8 @@ TalvoConstant::TalvoConstant(const TalvoConstant* other) : TalvoConstant() { set
 TalvoConstant::~TalvoConstant() { _freeValue(); }
 
 void TalvoConstant::free(void* constant) {
-    delete static_cast<TalvoConstant*>(constant);
+    if (constant)
+        delete static_cast<TalvoConstant*>(constant);
 }
 
 void TalvoConstant::_freeValue() {

@@ -83,4 +83,10 @@ TEST(TalvoAttribute, Free_DestroysNameAndValue) {
     TalvoAttribute::free(new TalvoAttribute("p", TalvoInteger::allocate(3), TalvoInteger::free, 4));
     TalvoAttribute::free(new TalvoAttribute("s", "v"));
     TalvoAttribute::free(nullptr);
+    EXPECT_EQ(talvo_test::readDumpWithoutDates(), "<missing>");  // null ignored silently
+}
+
+TEST(TalvoAttribute, NullName_IsReportedOnReleaseWithoutUncounting) {
+    delete new TalvoAttribute(static_cast<const char*>(nullptr), 1);
+    EXPECT_EQ(talvo_test::readDumpWithoutDates(), "[banner]\nAttempt to free a NULL pointer.\n");
 }
