@@ -18,6 +18,13 @@
 #include <talvo/containers/TalvoArray.h>
 #include <talvo/containers/TalvoAVLTree.h>
 #include <talvo/containers/TalvoHashTable.h>
+#include <talvo/containers/TalvoHandle.h>
+#include <talvo/containers/TalvoDictionary.h>
+
+// Dynamic values
+#include <talvo/values/TalvoConstant.h>
+#include <talvo/values/TalvoAttribute.h>
+#include <talvo/values/TalvoAttributeList.h>
 
 // Text and streams
 #include <talvo/text/TalvoCharBuffer.h>
