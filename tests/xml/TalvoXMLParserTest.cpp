@@ -361,6 +361,11 @@ TEST(TalvoXMLParser, DeepNestingParsesPrintsAndDeletes) {
     for (; term && term->isNode(); term = term->getNthChild(0))
         ++levels;
     EXPECT_EQ(levels, depth);
+    // Printed without indentation, every level takes one opening and one closing line.
+    document->print(std::fopen("printed.xml", "wb"), 0);
+    std::string printed = readFile("printed.xml");
+    EXPECT_EQ(printed.size(), Header.size() + depth * (5 + 5) + 2);
+    EXPECT_EQ(printed.find("<n >\nx\n</n>\n</n>\n"), Header.size() + 5 * (depth - 1));
     TalvoXMLDocument::free(document);
 
     // Unclosed, the same depth fails cleanly and frees everything.
@@ -369,7 +374,7 @@ TEST(TalvoXMLParser, DeepNestingParsesPrintsAndDeletes) {
 }
 
 TEST(TalvoXMLParser, DeepNestingPrintsWithIndentation) {
-    const int depth = 20000;
+    const int depth = 2000;  // the indentation makes the output quadratic in depth
     std::string xml = Header;
     for (int i = 0; i < depth; ++i)
         xml += "<n>";
