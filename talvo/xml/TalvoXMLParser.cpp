@@ -26,6 +26,8 @@ const int LastStringIncrement = 1024;
 // First capacity of the term stack; it doubles whenever it is full.
 const int InitialTermStackCapacity = 1024;
 const char* const StackLabel = "void*[]";
+// No character waiting to be read again (EOF itself is never given back).
+const int NoChar = -2;
 
 // Character classes of the "C" locale, so that the dialect does not change
 // with the caller's locale: white space as isspace, letters as isalpha, and
@@ -65,6 +67,7 @@ TalvoXMLParser::TalvoXMLParser()
       _parseError(false),
       _messenger(nullptr),
       _printer(nullptr),
+      _pushedBack(NoChar),
       _chunk(),
       _chunkLength(0),
       _stringCut(false) {}
@@ -131,6 +134,7 @@ int TalvoXMLParser::parseFile(TalvoXMLDocument* document, FILE* file) {
         return 1;
     _file = file;
     _document = document;
+    _pushedBack = NoChar;
     resetLineNumber();
     resetParseError();
     _resetTermStack();
@@ -142,30 +146,42 @@ int TalvoXMLParser::parseFile(TalvoXMLDocument* document, FILE* file) {
         _raiseSyntaxError(Messages::NonClosedTags);
     // Open nodes are already in the tree: the document alone frees them.
     _resetTermStack();
+    if (_pushedBack != NoChar)
+        ungetc(_pushedBack, _file);
+    _pushedBack = NoChar;
     if (!_parseError)
         return 0;
     document->reset();
     return 1;
 }
 
-// --- Reading.
+// --- Reading. The helpers used in the hot loops are defined inline here,
+// ahead of their callers, so that they are not calls through the library's
+// symbol table.
 
-int TalvoXMLParser::_getChar() {
-    int c = TALVO_GETC(_file);
+inline int TalvoXMLParser::_getChar() {
+    int c;
+    if (_pushedBack != NoChar) {
+        c = _pushedBack;
+        _pushedBack = NoChar;
+    } else {
+        c = TALVO_GETC(_file);
+    }
     if (c == '\n')
         ++_lineNumber;
     return c;
 }
 
-void TalvoXMLParser::_ungetChar(int c) {
+// Every construct gives back at most the one character it has just read.
+inline void TalvoXMLParser::_ungetChar(int c) {
     if (c == EOF)
         return;
-    ungetc(c, _file);
+    _pushedBack = c;
     if (c == '\n')
         --_lineNumber;
 }
 
-bool TalvoXMLParser::_isAtEnd() {
+inline bool TalvoXMLParser::_isAtEnd() {
     int c = _getChar();
     _ungetChar(c);
     return c == EOF;
@@ -180,7 +196,7 @@ void TalvoXMLParser::_beginString() {
     _stringCut = false;
 }
 
-void TalvoXMLParser::_appendChar(int c) {
+inline void TalvoXMLParser::_appendChar(int c) {
     if (c == '\0')
         _stringCut = true;
     if (_stringCut)
