@@ -32,7 +32,8 @@ const int NoChar = -2;
 // Character classes of the "C" locale, so that the dialect does not change
 // with the caller's locale: white space as isspace, letters as isalpha, and
 // the characters that may follow the first letter of a name.
-enum { Space = 1, Letter = 2, NameChar = 4 };
+// TextStop marks the characters that interrupt a plain run of text.
+enum { Space = 1, Letter = 2, NameChar = 4, TextStop = 8 };
 
 struct CharClassTable {
     unsigned char classes[256];
@@ -45,6 +46,9 @@ struct CharClassTable {
             classes[c] = NameChar;
         for (const char* p = "_-:."; *p; ++p)
             classes[static_cast<unsigned char>(*p)] = NameChar;
+        for (const char* p = " \t\n\v\f\r<"; *p; ++p)
+            classes[static_cast<unsigned char>(*p)] |= TextStop;
+        classes[0] |= TextStop;
     }
 };
 const CharClassTable CharClasses;
@@ -196,11 +200,14 @@ void TalvoXMLParser::_beginString() {
     _stringCut = false;
 }
 
+// A NUL byte ends what a raw string can show: whatever follows it in the
+// same string is dropped.
 inline void TalvoXMLParser::_appendChar(int c) {
-    if (c == '\0')
+    if (c == '\0') {
+        _endString();
         _stringCut = true;
-    if (_stringCut)
         return;
+    }
     _chunk[_chunkLength++] = static_cast<char>(c);
     if (_chunkLength == ChunkSize)
         _endString();
@@ -208,8 +215,10 @@ inline void TalvoXMLParser::_appendChar(int c) {
 
 // Hands the gathered characters to `_lastString`.
 void TalvoXMLParser::_endString() {
-    if (_chunkLength == 0 || !_lastString)
+    if (_chunkLength == 0 || !_lastString || _stringCut) {
+        _chunkLength = 0;
         return;
+    }
     _chunk[_chunkLength] = '\0';
     _lastString->append(_chunk);
     _chunkLength = 0;
@@ -291,6 +300,13 @@ void TalvoXMLParser::_parseText(int first) {
     _beginString();
     int c = first;
     for (;;) {
+        if (c >= 0 && !(CharClasses.classes[c] & TextStop)) {  // the common case first
+            _chunk[_chunkLength++] = static_cast<char>(c);
+            if (_chunkLength == ChunkSize)
+                _endString();
+            c = _getChar();
+            continue;
+        }
         if (c == EOF) {
             _raiseSyntaxError(Messages::UnexpectedEndOfFile);
             return;

@@ -245,6 +245,19 @@ TEST(TalvoXMLParser, TextsCollapseWhiteSpaceRuns) {
     }
 }
 
+TEST(TalvoXMLParser, NulByteEndsWhatAStringShows) {
+    const std::string nul(1, '\0');
+    std::string body = "<a v=\"x" + nul + "y\">t" + nul + std::string(600, 'u') + "<!--c" + nul + "d--></a>";
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    std::string report;
+    ASSERT_EQ(parseInto(document, Header + body, &report), 0) << report;
+    TalvoXMLTerm* a = document->findRoot("a");
+    EXPECT_STREQ(a->getAttributeValue("v"), "x");
+    EXPECT_STREQ(a->getNthChild(0)->getText(), "t");
+    EXPECT_STREQ(a->getNthChild(1)->getText(), "--c");
+    delete document;
+}
+
 TEST(TalvoXMLParser, AttributesKeepTheirValuesAsWritten) {
     TalvoXMLDocument* document = new TalvoXMLDocument();
     std::string report;
