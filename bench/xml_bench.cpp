@@ -4,9 +4,9 @@
 // bytes per second of input; "heapPerInputByte" is the heap held at the end
 // of a parse (the peak: the whole tree plus the parser) per byte of input.
 //
-// Peers are built in only when their headers are visible: libxml2
-// (<libxml/parser.h>, include directory /usr/include/libxml2) and tinyxml2
-// (<tinyxml2.h>). Each needs its library linked to this program.
+// Peers are built in only when the build links them and says so
+// (TALVO_BENCH_HAVE_LIBXML2, TALVO_BENCH_HAVE_TINYXML2) and their headers
+// are visible: libxml2 (<libxml/parser.h>) and tinyxml2 (<tinyxml2.h>).
 #include <benchmark/benchmark.h>
 
 #include <talvo/text/TalvoFileStream.h>
@@ -18,12 +18,12 @@
 #include <cstdio>
 #include <string>
 
-#if __has_include(<libxml/parser.h>)
+#if defined(TALVO_BENCH_HAVE_LIBXML2) && __has_include(<libxml/parser.h>)
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 #define TALVO_BENCH_LIBXML2 1
 #endif
-#if __has_include(<tinyxml2.h>)
+#if defined(TALVO_BENCH_HAVE_TINYXML2) && __has_include(<tinyxml2.h>)
 #include <tinyxml2.h>
 #define TALVO_BENCH_TINYXML2 1
 #endif
