@@ -159,9 +159,8 @@ int TalvoXMLParser::parseFile(TalvoXMLDocument* document, FILE* file) {
     return 1;
 }
 
-// --- Reading. The helpers used in the hot loops are defined inline here,
-// ahead of their callers, so that they are not calls through the library's
-// symbol table.
+// --- Reading. The helpers of the hot loops are defined inline so that
+// calls within this file do not go through the library's symbol table.
 
 inline int TalvoXMLParser::_getChar() {
     int c;
@@ -228,8 +227,6 @@ const char* TalvoXMLParser::_lastText() {
     const char* text = _lastString ? _lastString->getString() : nullptr;
     return text ? text : "";
 }
-
-char* TalvoXMLParser::_copyLastString() { return TalvoRawString::copy(_lastText()); }
 
 // --- Constructs.
 

@@ -109,7 +109,6 @@ private:
     void _appendChar(int c);
     void _endString();
     const char* _lastText();
-    char* _copyLastString();
 
     // One function per construct, each leaving the reader just after it.
     void _parseHeader();
