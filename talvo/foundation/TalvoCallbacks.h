@@ -24,3 +24,9 @@ typedef void (*TalvoMarkFunction)(void* item, int flag);
 
 // Hashes an Item to a signed 32-bit value.
 typedef int (*TalvoHashFunction)(void* item);
+
+// --- Text and streams.
+
+// Drains or refills the buffer of a memory stream; may replace the buffer
+// pointer and its size through the two addresses.
+typedef void (*TalvoStreamFlushFunction)(char** buffer, int* size);

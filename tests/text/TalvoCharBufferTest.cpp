@@ -1,0 +1,145 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/foundation/TalvoRawString.h>
+#include <talvo/text/TalvoCharBuffer.h>
+
+#include <string>
+
+TEST(TalvoCharBuffer, Constructor_AllocatesNothingUntilFirstAppend) {
+    TalvoCharBuffer buffer(32);
+    EXPECT_EQ(buffer.getString(), nullptr);
+    EXPECT_EQ(buffer.getLength(), 0);
+    EXPECT_EQ(buffer.copyString(), nullptr);
+}
+
+TEST(TalvoCharBuffer, AppendChar_WithIncrementOneKeepsTerminatorInsideBlock) {
+    // The string constructor of "" makes an increment of 1; ASan checks the block.
+    TalvoCharBuffer buffer("");
+    const std::string text = "abcdefghij";
+    for (char c : text)
+        buffer.append(c);
+    EXPECT_STREQ(buffer.getString(), text.c_str());
+    EXPECT_EQ(buffer.getLength(), 10);
+}
+
+TEST(TalvoCharBuffer, AppendString_GrowsByWholeIncrements) {
+    TalvoCharBuffer buffer(4);
+    buffer.append("abcdefghijklmnopq");
+    buffer.append('r');
+    buffer.append("");
+    EXPECT_STREQ(buffer.getString(), "abcdefghijklmnopqr");
+    EXPECT_EQ(buffer.getLength(), 18);
+}
+
+TEST(TalvoCharBuffer, AppendEmptyString_AllocatesFirstBlock) {
+    TalvoCharBuffer buffer(8);
+    buffer.append("");
+    ASSERT_NE(buffer.getString(), nullptr);
+    EXPECT_STREQ(buffer.getString(), "");
+    buffer.append(static_cast<const char*>(nullptr));
+    EXPECT_EQ(buffer.getLength(), 0);
+}
+
+TEST(TalvoCharBuffer, AppendOwnText_CopiesBeforeReleasingOldBlock) {
+    TalvoCharBuffer buffer(2);
+    buffer.append("abc");
+    buffer.append(buffer.getString());
+    EXPECT_STREQ(buffer.getString(), "abcabc");
+}
+
+TEST(TalvoCharBuffer, AppendNumbers_UsesIntAndShortestDoubleFormats) {
+    TalvoCharBuffer buffer(32);
+    buffer.append(-42);
+    buffer.append(' ');
+    buffer.append(0.1);
+    buffer.append(' ');
+    buffer.append(1234567.0);
+    EXPECT_STREQ(buffer.getString(), "-42 0.1 1.23457e+06");
+}
+
+TEST(TalvoCharBuffer, PopChar_LeavesTerminatorInPlace) {
+    TalvoCharBuffer buffer("ab");
+    EXPECT_EQ(buffer.popChar(), 'b');
+    EXPECT_EQ(buffer.getLength(), 1);
+    EXPECT_STREQ(buffer.getString(), "ab");  // shown until the next append
+    buffer.pushChar('c');
+    EXPECT_STREQ(buffer.getString(), "ac");
+}
+
+TEST(TalvoCharBuffer, PopChar_OnEmptyReturnsZero) {
+    TalvoCharBuffer never(32);
+    EXPECT_EQ(never.popChar(), '\0');
+    TalvoCharBuffer buffer("x");
+    buffer.popChar();
+    EXPECT_EQ(buffer.popChar(), '\0');
+    EXPECT_EQ(buffer.getLength(), 0);
+}
+
+TEST(TalvoCharBuffer, Reset_EmptiesButKeepsBlock) {
+    TalvoCharBuffer buffer("hello");
+    const char* block = buffer.getString();
+    buffer.reset();
+    EXPECT_EQ(buffer.getString(), block);
+    EXPECT_STREQ(buffer.getString(), "");
+    EXPECT_EQ(buffer.getLength(), 0);
+    TalvoCharBuffer never(4);
+    never.reset();
+    EXPECT_EQ(never.getString(), nullptr);
+}
+
+TEST(TalvoCharBuffer, CopyString_IsIndependentCopy) {
+    TalvoCharBuffer buffer("text");
+    char* copy = buffer.copyString();
+    EXPECT_STREQ(copy, "text");
+    EXPECT_NE(copy, buffer.getString());
+    TalvoRawString::free(copy);
+}
+
+TEST(TalvoCharBuffer, Copy_KeepsTextAndAllocationState) {
+    TalvoCharBuffer buffer("abc");
+    TalvoCharBuffer* copy = buffer.copy();
+    EXPECT_STREQ(copy->getString(), "abc");
+    EXPECT_NE(copy->getString(), buffer.getString());
+    TalvoCharBuffer::free(copy);
+
+    TalvoCharBuffer never(4);
+    TalvoCharBuffer* emptyCopy = never.copy();
+    EXPECT_EQ(emptyCopy->getString(), nullptr);
+    TalvoCharBuffer::free(emptyCopy);
+    TalvoCharBuffer::free(nullptr);
+}
+
+TEST(TalvoCharBuffer, ComputeKey_WeightsRunOddThenMinusOneAtThirty) {
+    struct Case {
+        std::string text;
+        int key;
+    } cases[] = {
+        {"", 0},
+        {"a", 97},
+        {"ab", 97 + 3 * 98},
+        {std::string(29, 'a'), 97 * (29 * 29)},  // 1 + 3 + ... + 57
+        {std::string(30, 'a'), 97 * (29 * 29 - 1)},
+        {std::string(31, 'a'), 97 * (29 * 29 - 1 + 1)},
+        {"\xff", -1},  // bytes count as signed
+    };
+    for (const Case& c : cases) {
+        TalvoCharBuffer buffer(c.text.c_str());
+        EXPECT_EQ(buffer.computeKey(), c.key) << "length " << c.text.size();
+    }
+}
+
+TEST(TalvoCharBuffer, Compare_NeverAllocatedSortsFirst) {
+    TalvoCharBuffer never(4), otherNever(8), empty(""), a("a"), b("b"), high("\xe9");
+    struct Case {
+        TalvoCharBuffer* left;
+        TalvoCharBuffer* right;
+        int expected;
+    } cases[] = {
+        {&never, &otherNever, 0}, {&never, &empty, -1}, {&empty, &never, 1},
+        {&empty, &a, -1},         {&a, &b, -1},         {&b, &a, 1},
+        {&a, &a, 0},              {&b, &high, -1},      {&never, nullptr, 0},
+        {&a, nullptr, 1},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(c.left->compare(c.right), c.expected);
+}
