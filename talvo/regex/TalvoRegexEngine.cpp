@@ -15,7 +15,7 @@ const int kNoFrame = -1;
 const int kNoBarrier = -1;
 // Long enough for any literal search to pay off; keeps the analysis linear.
 const std::size_t kMaximumPrefix = 64;
-const int kByteCount = 256;
+constexpr int kByteCount = 256;
 // Group numbers above this (only a hand-built tree has them) get no saved
 // state for the empty-iteration test; their slots still record.
 const int kMaximumSlots = 1 << 16;
@@ -83,11 +83,11 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
                 seen[node] = index;
                 colour.push_back(GREY);
                 nodes.push_back(node);
-                TalvoRegexInstruction in{node->getType(), -1, -1, node->getBackReferenceNumber(), 0, -1};
+                TalvoRegexInstruction in{node->getType(), -1, -1, node->getBackReferenceNumber(), 0, -1, -1};
                 const char* text = node->getCharacterClass();
                 if (text != nullptr) in.byte = static_cast<unsigned char>(text[0]);
                 if (in.type == TalvoRegex::TYPE_CHARCLASS) {
-                    std::vector<bool> table(kByteCount, false);
+                    std::array<bool, kByteCount> table{};
                     for (int b = 1; b < kByteCount; b++)
                         table[b] = node->isCharacterInClass(static_cast<char>(b)) != 0;
                     in.table = static_cast<int>(tables.size());
@@ -127,7 +127,7 @@ void TalvoRegexProgram::_computeFilters() {
     while (!work.empty()) {
         auto [i, expanded] = work.back();
         work.pop_back();
-        const TalvoRegexInstruction& in = code[i];
+        const TalvoRegexInstruction in = code[i];
         if (!expanded) {
             if (done[i]) continue;
             work.push_back({i, true});
@@ -203,6 +203,12 @@ void TalvoRegexProgram::_computeFilters() {
         default:
             break;
         }
+        if (!s.nullable && !s.unsafe && !s.first.all()) {
+            std::array<bool, kByteCount> guard{};
+            for (int b = 0; b < kByteCount; b++) guard[b] = s.first.test(b);
+            code[i].guard = static_cast<int>(tables.size());
+            tables.push_back(guard);
+        }
     }
     const StartInfo& top = info[root];
     anchored = top.anchored;
@@ -238,37 +244,55 @@ int TalvoRegexProgram::nextStart(const char* text, int start, int end) const {
 
 // ---------------------------------------------------------------- matcher
 
-int TalvoRegexMatcher::match(const TalvoRegexProgram& program, TalvoRegexManager* manager,
-                             const char* text, int position) {
-    static const std::vector<StackEntry> kEmpty;
-    return match(program, manager, text, position, program.root, kEmpty);
+void TalvoRegexMatcher::begin(const TalvoRegexProgram& program, TalvoRegexManager* manager, const char* text) {
+    program_ = &program;
+    manager_ = manager;
+    text_ = text;
+    for (int slot : recorded_) captures_[slot].start = -1;
+    recorded_.clear();
+    if (captures_.size() < static_cast<std::size_t>(program.slotCount))
+        captures_.resize(program.slotCount, Capture{-1, 0});
+}
+
+int TalvoRegexMatcher::attempt(int position) {
+    if (!program_->valid) return -1;
+    _reset();
+    return _run(program_->root, position, kNoFrame);
+}
+
+void TalvoRegexMatcher::flush() {
+    _storeCaptures();
 }
 
 int TalvoRegexMatcher::match(const TalvoRegexProgram& program, TalvoRegexManager* manager,
                              const char* text, int position, int node,
                              const std::vector<StackEntry>& stack) {
     if (!program.valid || node < 0) return -1;
-    program_ = &program;
-    manager_ = manager;
-    text_ = text;
+    begin(program, manager, text);
     _reset();
     int continuation = kNoFrame;
     for (auto e = stack.rbegin(); e != stack.rend(); ++e)
         continuation = _pushFrame(e->node, e->closing, e->groupStart, continuation);
     int result = _run(node, position, continuation);
-    _storeCaptures();
+    flush();
     return result;
 }
 
+// Clears the stacks of the previous attempt; the captures stay.
 void TalvoRegexMatcher::_reset() {
     frames_.clear();
     choices_.clear();
     positions_.clear();
     snapshots_.clear();
-    for (int slot : recorded_) captures_[slot].start = -1;
-    recorded_.clear();
-    if (captures_.size() < static_cast<std::size_t>(program_->slotCount))
-        captures_.resize(program_->slotCount, Capture{-1, 0});
+}
+
+// The guard table of the node the continuation runs next, if it has one.
+const bool* TalvoRegexMatcher::_guardOf(int continuation) const {
+    if (continuation == kNoFrame) return nullptr;
+    const Frame& f = frames_[continuation];
+    if (f.closing) return nullptr;
+    int guard = program_->code[f.node].guard;
+    return guard >= 0 ? program_->tables[guard].data() : nullptr;
 }
 
 int TalvoRegexMatcher::_pushFrame(int node, bool closing, int groupStart, int next) {
@@ -510,11 +534,22 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 if (static_cast<int>(positions_.size()) == c.positionMark) choices_.pop_back();
                 step = CONTINUE;
                 break;
-            case CHOICE_RANGE:
-                position = c.maximum;
-                if (c.maximum == c.minimum) choices_.pop_back(); else c.maximum--;
+            case CHOICE_RANGE: {
+                // Starts where the next node fails at once are skipped: they
+                // would record nothing and fail.
+                int p = c.maximum;
+                const bool* guard = _guardOf(k);
+                if (guard != nullptr)
+                    while (p >= c.minimum && p > 0 && s[p] != 0 && !guard[static_cast<unsigned char>(s[p])]) p--;
+                if (p < c.minimum) {
+                    choices_.pop_back();
+                    break;
+                }
+                position = p;
+                if (p == c.minimum) choices_.pop_back(); else c.maximum = p - 1;
                 step = CONTINUE;
                 break;
+            }
             case CHOICE_BARRIER: {
                 // The iteration found no match.
                 positions_.resize(c.positionMark);

@@ -24,6 +24,7 @@
 // rule would, skipping the repeats once one of them changes nothing either.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -39,12 +40,15 @@ struct TalvoRegexInstruction {
     int number;        // group or back-reference number
     unsigned char byte;   // the byte of a TYPE_CHAR / TYPE_ESCAPEDCHAR node
     int table;         // index of the class table of a TYPE_CHARCLASS node
+    int guard;         // index of a table of the bytes this node can start
+                       // with, when it fails at once (recording nothing) on
+                       // any other byte after position 0; -1 when unknown
 };
 
 // A flattened tree plus what the search loop needs to skip hopeless starts.
 struct TalvoRegexProgram {
     std::vector<TalvoRegexInstruction> code;
-    std::vector<std::vector<bool>> tables;  // per class: 256 membership flags
+    std::vector<std::array<bool, 256>> tables;  // class and guard byte tables
     std::vector<const TalvoRegex*> nodes;   // node of each instruction
     int root = -1;
     int slotCount = 1;    // capture slots the groups use: highest group number + 1
@@ -85,13 +89,20 @@ public:
     // Matches instruction `node` at `position` of `text`, followed by the
     // entries of `stack` (first entry first). Returns the end of the match or
     // -1. Captures recorded on the way are stored into `manager` (when not
-    // null) before returning, in the order the last write to each slot made.
+    // null) before returning.
     int match(const TalvoRegexProgram& program, TalvoRegexManager* manager,
               const char* text, int position, int node,
               const std::vector<StackEntry>& stack);
-    // The same with an empty stack: one attempt of a whole pattern.
-    int match(const TalvoRegexProgram& program, TalvoRegexManager* manager,
-              const char* text, int position);
+
+    // A run of attempts of the whole pattern over one text: begin, any
+    // number of attempts, then flush. Captures stay views into the text
+    // until flush copies them into the manager, so a failed attempt costs
+    // no allocation. The text must not change before flush.
+    void begin(const TalvoRegexProgram& program, TalvoRegexManager* manager, const char* text);
+    // One attempt at `position` with nothing after the pattern: its end or -1.
+    int attempt(int position);
+    // Stores the captures recorded since begin (or the last flush).
+    void flush();
 
 private:
     struct Frame { int node; int groupStart; int next; bool closing; };
@@ -116,6 +127,7 @@ private:
 
     int _run(int node, int position, int continuation);
     int _pushFrame(int node, bool closing, int groupStart, int next);
+    const bool* _guardOf(int continuation) const;
     void _record(int number, int start, int end);
     bool _readBackReference(int number, const char** bytes, int* length) const;
     void _storeCaptures();

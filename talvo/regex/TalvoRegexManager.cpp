@@ -114,21 +114,20 @@ bool TalvoRegexManager::_ensureCompiled() {
     return program->valid;
 }
 
-int TalvoRegexManager::_matchAt(const char* text, int position) {
-    return matcher->match(*program, this, text, position);
-}
-
 int TalvoRegexManager::matchPattern(const char* text) {
     if (text == nullptr || !_ensureCompiled()) return -1;
     int length = static_cast<int>(std::strlen(text));
+    matcher->begin(*program, this, text);
     for (int start = program->nextStart(text, 0, length); start < length;
          start = program->nextStart(text, start + 1, length)) {
-        int end = _matchAt(text, start);
+        int end = matcher->attempt(start);
         if (end != -1) {
+            matcher->flush();
             _storeBackReference(0, text + start, end - start);
             return start;
         }
     }
+    matcher->flush();
     return -1;
 }
 
@@ -143,10 +142,11 @@ TalvoList* TalvoRegexManager::splitWithPattern(const char* text) {
     int length = static_cast<int>(std::strlen(text));
     int pieceStart = 0;
     int position = 0;
+    matcher->begin(*program, this, text);
     while (position < length) {
         position = program->nextStart(text, position, length);
         if (position >= length) break;
-        int end = _matchAt(text, position);
+        int end = matcher->attempt(position);
         if (end == -1) {
             position++;
             continue;
@@ -156,6 +156,7 @@ TalvoList* TalvoRegexManager::splitWithPattern(const char* text) {
         // An empty match would be found again at once: step past one byte.
         position = end == position ? end + 1 : end;
     }
+    matcher->flush();
     if (pieceStart != length) result->insertItemLast(copyRange(text + pieceStart, length - pieceStart));
     return result;
 }
@@ -193,22 +194,25 @@ char* TalvoRegexManager::_substitutePatterns(const char* text, const char* repla
     int length = static_cast<int>(std::strlen(text));
     int position = 0;
     bool first = true;
+    matcher->begin(*program, this, text);
     while (position < length) {
         int candidate = (all == 1 || first) ? program->nextStart(text, position, length) : length;
         for (; position < candidate; position++) buffer->append(text[position]);
         if (position >= length) break;
-        int end = _matchAt(text, position);
+        int end = matcher->attempt(position);
         if (end == -1) {
             buffer->append(text[position]);
             position++;
             continue;
         }
         first = false;
+        matcher->flush();  // the replacement reads the captures from the slots
         _appendReplacement(buffer, replacement);
         // After an empty match the byte there is copied, or it would match again.
         if (end == position) buffer->append(text[position++]);
         else position = end;
     }
+    matcher->flush();
     char* result = buffer->copyString();
     delete buffer;
     return result;

@@ -123,7 +123,6 @@ private:
 
     char* _substitutePatterns(const char* text, const char* replacement, int all);
     bool _ensureCompiled();
-    int _matchAt(const char* text, int position);
     void _appendReplacement(class TalvoCharBuffer* buffer, const char* replacement);
     // Scanner and parser (TalvoRegexCompiler.cpp).
     int _scanToken(ScannedToken* token);
