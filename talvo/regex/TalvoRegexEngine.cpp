@@ -59,6 +59,7 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
     tables.clear();
     nodes.clear();
     root = -1;
+    leading = -1;
     slotCount = 1;
     valid = top != nullptr;
     if (!valid) return;
@@ -210,6 +211,12 @@ void TalvoRegexProgram::_computeFilters() {
             tables.push_back(guard);
         }
     }
+    int first = root;
+    while (code[first].type == TalvoRegex::TYPE_CONCATENATION && code[first].left >= 0) first = code[first].left;
+    const TalvoRegexInstruction& lead = code[first];
+    if ((lead.type == TalvoRegex::TYPE_STAR || lead.type == TalvoRegex::TYPE_PLUS) && lead.left >= 0 &&
+        isSingleByte(code[lead.left].type))
+        leading = first;
     const StartInfo& top = info[root];
     anchored = top.anchored;
     prefix = top.prefix;
@@ -257,7 +264,14 @@ void TalvoRegexMatcher::begin(const TalvoRegexProgram& program, TalvoRegexManage
 int TalvoRegexMatcher::attempt(int position) {
     if (!program_->valid) return -1;
     _reset();
+    attemptVersion_ = version_;
+    leadingRunEnd_ = -1;
     return _run(program_->root, position, kNoFrame);
+}
+
+int TalvoRegexMatcher::nextAfterFailure(int start) const {
+    if (leadingRunEnd_ < start || version_ != attemptVersion_) return start + 1;
+    return leadingRunEnd_ + 1;
 }
 
 void TalvoRegexMatcher::flush() {
@@ -284,6 +298,15 @@ void TalvoRegexMatcher::_reset() {
     choices_.clear();
     positions_.clear();
     snapshots_.clear();
+}
+
+// Whether a one-byte node (dot, character, class) takes byte `c`.
+inline bool TalvoRegexMatcher::_matchesByte(const TalvoRegexInstruction& in, char c) const {
+    unsigned char b = static_cast<unsigned char>(c);
+    if (b == 0) return false;
+    if (in.type == TalvoRegex::TYPE_DOT) return true;
+    if (in.type == TalvoRegex::TYPE_CHARCLASS) return program_->tables[in.table][b];
+    return b == in.byte;
 }
 
 // The guard table of the node the continuation runs next, if it has one.
@@ -396,6 +419,14 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 break;
             case TalvoRegex::TYPE_CONCATENATION:
                 if (in.right < 0) { step = FAIL; break; }
+                if (in.left >= 0 && isSingleByte(code[in.left].type)) {
+                    // Pushing the right node only to pop it after one byte
+                    // changes nothing: test the byte and run it directly.
+                    if (!_matchesByte(code[in.left], s[position])) { step = FAIL; break; }
+                    position++;
+                    node = in.right;
+                    break;
+                }
                 k = _pushFrame(in.right, false, 0, k);
                 node = in.left;
                 break;
@@ -420,8 +451,9 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
             case TalvoRegex::TYPE_BACKREFERENCE: {
                 const char* bytes = nullptr;
                 int length = 0;
-                if (!_readBackReference(in.number, &bytes, &length) ||
-                    std::strncmp(s + position, bytes, static_cast<std::size_t>(length)) != 0) {
+                bool same = _readBackReference(in.number, &bytes, &length);
+                for (int i = 0; same && i < length; i++) same = s[position + i] == bytes[i];
+                if (!same) {
                     step = FAIL;
                     break;
                 }
@@ -449,13 +481,8 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 // Every iteration is one byte: run them all at once and keep
                 // one choice for the shorter counts.
                 int n = 0;
-                while (n < maximum) {
-                    unsigned char c = static_cast<unsigned char>(s[position + n]);
-                    bool ok = c != 0 && (op.type == TalvoRegex::TYPE_DOT ||
-                                         (op.type == TalvoRegex::TYPE_CHARCLASS ? static_cast<bool>(program_->tables[op.table][c]) : c == op.byte));
-                    if (!ok) break;
-                    n++;
-                }
+                while (n < maximum && _matchesByte(op, s[position + n])) n++;
+                if (node == program_->leading) leadingRunEnd_ = position + n;
                 if (n == 0) { step = minimum > 0 ? FAIL : CONTINUE; break; }
                 choices_.push_back(Choice{CHOICE_RANGE, node, position, k, static_cast<int>(frames_.size()),
                                           0, position, position + n - 1, barrier, false, 0, 0, static_cast<int>(snapshots_.size())});

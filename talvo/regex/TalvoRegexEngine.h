@@ -57,6 +57,7 @@ struct TalvoRegexProgram {
     // would fail without recording any capture, so skipping it changes
     // nothing observable.
     bool anchored = false;          // every attempt after position 0 fails
+    int leading = -1;   // a star or plus of one byte that every attempt runs first
     std::string prefix;             // every attempt that does anything starts with these bytes
     bool useFirstBytes = false;     // first byte of any success is in firstBytes
     bool firstBytes[256] = {};
@@ -103,6 +104,11 @@ public:
     int attempt(int position);
     // Stores the captures recorded since begin (or the last flush).
     void flush();
+    // After a failed attempt at `start`: the first later start that might
+    // do anything. When the pattern opens with a star or plus of one byte
+    // and the attempt recorded nothing, every start up to the end of that
+    // first run would only retry the same continuations: it is skipped.
+    int nextAfterFailure(int start) const;
 
 private:
     struct Frame { int node; int groupStart; int next; bool closing; };
@@ -128,6 +134,7 @@ private:
     int _run(int node, int position, int continuation);
     int _pushFrame(int node, bool closing, int groupStart, int next);
     const bool* _guardOf(int continuation) const;
+    bool _matchesByte(const TalvoRegexInstruction& in, char c) const;
     void _record(int number, int start, int end);
     bool _readBackReference(int number, const char** bytes, int* length) const;
     void _storeCaptures();
@@ -145,4 +152,6 @@ private:
     std::vector<int> recorded_;        // slots recorded in this attempt
     std::vector<Capture> snapshots_;   // capture states saved by barriers and repeats
     std::uint64_t version_ = 0;       // bumped whenever a capture changes
+    std::uint64_t attemptVersion_ = 0;  // version_ when the last attempt began
+    int leadingRunEnd_ = -1;          // end of the leading run in the last attempt
 };

@@ -7,6 +7,7 @@
 #include <talvo/regex/TalvoRegexEngine.h>
 #include <talvo/text/TalvoCharBuffer.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <new>
@@ -119,7 +120,7 @@ int TalvoRegexManager::matchPattern(const char* text) {
     int length = static_cast<int>(std::strlen(text));
     matcher->begin(*program, this, text);
     for (int start = program->nextStart(text, 0, length); start < length;
-         start = program->nextStart(text, start + 1, length)) {
+         start = program->nextStart(text, matcher->nextAfterFailure(start), length)) {
         int end = matcher->attempt(start);
         if (end != -1) {
             matcher->flush();
@@ -148,7 +149,7 @@ TalvoList* TalvoRegexManager::splitWithPattern(const char* text) {
         if (position >= length) break;
         int end = matcher->attempt(position);
         if (end == -1) {
-            position++;
+            position = matcher->nextAfterFailure(position);
             continue;
         }
         result->insertItemLast(copyRange(text + pieceStart, position - pieceStart));
@@ -201,8 +202,8 @@ char* TalvoRegexManager::_substitutePatterns(const char* text, const char* repla
         if (position >= length) break;
         int end = matcher->attempt(position);
         if (end == -1) {
-            buffer->append(text[position]);
-            position++;
+            int next = std::min(matcher->nextAfterFailure(position), length);
+            for (; position < next; position++) buffer->append(text[position]);
             continue;
         }
         first = false;

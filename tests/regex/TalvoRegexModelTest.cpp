@@ -264,6 +264,15 @@ TEST(TalvoRegexManager, MatchPattern_LongSubjectsNeedNoMachineStack) {
     TalvoRegexManager end("[a-z]+$");
     EXPECT_EQ(end.matchPattern(letters.c_str()), 0);
 
+    // Without a match: every start inside the leading run retries the same
+    // continuations, so the search stays linear.
+    EXPECT_EQ(star.matchPattern(as.c_str()), -1);
+    EXPECT_EQ(dots.matchPattern(ys.c_str()), -1);
+    EXPECT_EQ(end.matchPattern((letters + "1").c_str()), -1);
+    TalvoRegexManager noMatch("a*b");
+    EXPECT_EQ(takeList(noMatch.splitWithPattern(as.c_str())).size(), 1u);
+    EXPECT_EQ(take(noMatch.substitutePatterns(as.c_str(), "x")).size(), as.size());
+
     TalvoRegexManager alternation("(a|b)*c");
     EXPECT_EQ(alternation.matchPattern((abs + "c").c_str()), 0);
     EXPECT_EQ(slot(&alternation, 1), "b");
