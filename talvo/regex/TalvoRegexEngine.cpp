@@ -514,7 +514,7 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
             if (barrier == kNoBarrier) return position;
             // The iteration matched up to `position`: cut its choices.
             const Choice b = choices_[barrier];
-            bool unchanged = _unchangedSince(b);
+            bool unchanged = position == b.position && _unchangedSince(b);
             choices_.resize(barrier);
             frames_.resize(b.frameMark);
             positions_.resize(b.positionMark);
@@ -523,7 +523,7 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
             node = b.node;
             k = b.continuation;
             int start = b.position;
-            if (position == start && unchanged) {
+            if (unchanged) {
                 // Every further iteration would do the same; what remains is
                 // the continuation at `start`, once per level left plus once.
                 choices_.push_back(Choice{CHOICE_REPEAT, node, start, k, static_cast<int>(frames_.size()),

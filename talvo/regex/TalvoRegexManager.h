@@ -123,7 +123,7 @@ private:
 
     char* _substitutePatterns(const char* text, const char* replacement, int all);
     bool _ensureCompiled();
-    void _appendReplacement(class TalvoCharBuffer* buffer, const char* replacement);
+    void _appendReplacement(std::string* out, const char* replacement);
     // Scanner and parser (TalvoRegexCompiler.cpp).
     int _scanToken(ScannedToken* token);
     int _parse();
