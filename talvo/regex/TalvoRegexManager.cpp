@@ -98,6 +98,10 @@ void TalvoRegexManager::printTopRegex(FILE* file) const {
     if (topRegex != nullptr) topRegex->print(file);
 }
 
+void TalvoRegexManager::printTopRegex(TalvoStream* stream) const {
+    if (topRegex != nullptr) topRegex->print(stream);
+}
+
 // Compiles on first use; a failed compilation is not retried (the scanner
 // would find nothing left to read). Then flattens the tree when it changed.
 bool TalvoRegexManager::_ensureCompiled() {

@@ -30,6 +30,7 @@
 
 class TalvoArray;
 class TalvoList;
+class TalvoStream;
 struct TalvoRegexProgram;
 class TalvoRegexMatcher;
 
@@ -89,6 +90,8 @@ public:
 
     // Writes the compiled tree in pattern syntax; nothing without a tree.
     void printTopRegex(FILE* file) const;
+    // The same through a stream.
+    void printTopRegex(TalvoStream* stream) const;
 
     // The first start at which the pattern matches `text` (only starts where
     // a byte stands are tried, so "" never matches), and stores the match as
