@@ -84,7 +84,7 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
                 seen[node] = index;
                 colour.push_back(GREY);
                 nodes.push_back(node);
-                TalvoRegexInstruction in{node->getType(), -1, -1, node->getBackReferenceNumber(), 0, -1, -1};
+                TalvoRegexInstruction in{node->getType(), -1, -1, node->getBackReferenceNumber(), 0, -1, false, -1};
                 const char* text = node->getCharacterClass();
                 if (text != nullptr) in.byte = static_cast<unsigned char>(text[0]);
                 if (in.type == TalvoRegex::TYPE_CHARCLASS) {
@@ -112,6 +112,7 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
                              in.type == TalvoRegex::TYPE_GROUP;
                 if ((binary || unary) && node->getLeftArgument() != nullptr) in.left = seen[node->getLeftArgument()];
                 if (binary && node->getRightArgument() != nullptr) in.right = seen[node->getRightArgument()];
+                in.byteGroup = in.type == TalvoRegex::TYPE_GROUP && in.left >= 0 && isSingleByte(code[in.left].type);
             }
         }
     }
@@ -419,10 +420,13 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 break;
             case TalvoRegex::TYPE_CONCATENATION:
                 if (in.right < 0) { step = FAIL; break; }
-                if (in.left >= 0 && isSingleByte(code[in.left].type)) {
+                if (in.left >= 0 && (isSingleByte(code[in.left].type) || code[in.left].byteGroup)) {
                     // Pushing the right node only to pop it after one byte
-                    // changes nothing: test the byte and run it directly.
-                    if (!_matchesByte(code[in.left], s[position])) { step = FAIL; break; }
+                    // (and the group's record) changes nothing: do it directly.
+                    const TalvoRegexInstruction& l = code[in.left];
+                    const TalvoRegexInstruction& byte = l.byteGroup ? code[l.left] : l;
+                    if (!_matchesByte(byte, s[position])) { step = FAIL; break; }
+                    if (l.byteGroup) _record(l.number, position, position + 1);
                     position++;
                     node = in.right;
                     break;
@@ -445,6 +449,13 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 step = position == 0 ? CONTINUE : FAIL;
                 break;
             case TalvoRegex::TYPE_GROUP:
+                if (in.byteGroup) {
+                    if (!_matchesByte(code[in.left], s[position])) { step = FAIL; break; }
+                    _record(in.number, position, position + 1);
+                    position++;
+                    step = CONTINUE;
+                    break;
+                }
                 k = _pushFrame(node, true, position, k);
                 node = in.left;
                 break;

@@ -18,6 +18,11 @@
 // capture recorded on the way (abandoned paths included), is that of the
 // recursive definition; only the machine stack is replaced by the heap.
 //
+// Shortcuts never skip a path that could record a capture: a start or a
+// repetition fallback is passed over only when the node to run there would
+// fail at once on that byte, and the starts inside a failed leading one-byte
+// run only when the attempt recorded nothing.
+//
 // An iteration that consumes nothing and changes no capture would repeat
 // identically until the repetition count runs out; the matcher then stops
 // iterating and tries the continuation the number of times the unbounded
@@ -40,6 +45,7 @@ struct TalvoRegexInstruction {
     int number;        // group or back-reference number
     unsigned char byte;   // the byte of a TYPE_CHAR / TYPE_ESCAPEDCHAR node
     int table;         // index of the class table of a TYPE_CHARCLASS node
+    bool byteGroup;    // a group around one one-byte node
     int guard;         // index of a table of the bytes this node can start
                        // with, when it fails at once (recording nothing) on
                        // any other byte after position 0; -1 when unknown
