@@ -16,6 +16,8 @@ const int kNoBarrier = -1;
 // Long enough for any literal search to pay off; keeps the analysis linear.
 const std::size_t kMaximumPrefix = 64;
 constexpr int kByteCount = 256;
+// States kept to spot cycles of captures among tries that consume nothing.
+const int kHistoryLimit = 64;
 // Group numbers above this (only a hand-built tree has them) get no saved
 // state for the empty-iteration test; their slots still record.
 const int kMaximumSlots = 1 << 16;
@@ -354,7 +356,7 @@ bool TalvoRegexMatcher::_readBackReference(int number, const char** bytes, int* 
 // Saves the capture state (one view per slot) and returns where it begins.
 int TalvoRegexMatcher::_takeSnapshot() {
     int mark = static_cast<int>(snapshots_.size());
-    if (program_->slotCount > 1) snapshots_.insert(snapshots_.end(), captures_.begin(), captures_.begin() + program_->slotCount);
+    snapshots_.insert(snapshots_.end(), captures_.begin(), captures_.begin() + program_->slotCount);
     return mark;
 }
 
@@ -362,17 +364,94 @@ int TalvoRegexMatcher::_takeSnapshot() {
 // compared by place, so equal text at another place counts as a change;
 // that only costs another try.
 bool TalvoRegexMatcher::_unchangedSince(const Choice& choice) const {
-    if (version_ == choice.version) return true;
+    return version_ == choice.version || _sameState(choice.snapshot);
+}
+
+bool TalvoRegexMatcher::_sameState(int mark) const {
     for (int i = 0; i < program_->slotCount; i++) {
         const Capture& now = captures_[i];
-        const Capture& then = snapshots_[choice.snapshot + i];
+        const Capture& then = snapshots_[mark + i];
         if (now.start != then.start || (now.start >= 0 && now.length != then.length)) return false;
     }
     return true;
 }
 
+void TalvoRegexMatcher::_restoreState(int mark) {
+    for (int i = 0; i < program_->slotCount; i++) captures_[i] = snapshots_[mark + i];
+    version_++;
+}
+
+// Index in a history of `count` states of the one equal to the current
+// state, or -1.
+int TalvoRegexMatcher::_findState(int mark, int count) const {
+    for (int i = 0; i < count; i++)
+        if (_sameState(mark + i * program_->slotCount)) return i;
+    return -1;
+}
+
+// Tries of the continuation at `start`: this one and `more` after it. The
+// choice keeps the capture state each try began with, to spot repeats.
+void TalvoRegexMatcher::_pushRepeat(int start, int continuation, int barrier, std::int64_t more) {
+    int mark = _takeSnapshot();
+    choices_.push_back(Choice{CHOICE_REPEAT, -1, start, continuation, static_cast<int>(frames_.size()),
+                              0, 0, 1, barrier, false, more, version_, mark});
+}
+
+// Called when a try of a repeat has failed. True when no try is left or
+// the remaining ones are known to fail: the captures went back to a state a
+// try already began with, so the tries cycle; the captures are then set to
+// where the cycle stands after the remaining tries. Otherwise records the
+// new starting state.
+bool TalvoRegexMatcher::_repeatIsSettled(Choice& c) {
+    if (c.count < 1 || version_ == c.version) return true;
+    int slots = program_->slotCount;
+    int history = c.maximum;
+    int seen = _findState(c.snapshot, history);
+    if (seen >= 0) {
+        std::int64_t period = history - seen;
+        _restoreState(c.snapshot + static_cast<int>(seen + c.count % period) * slots);
+        return true;
+    }
+    if (history < kHistoryLimit) {
+        snapshots_.insert(snapshots_.end(), captures_.begin(), captures_.begin() + slots);
+        c.maximum++;
+    }
+    return false;
+}
+
+// An iteration at `start` consumed nothing but changed the captures (the
+// barrier's snapshot holds the state it began with). The fallback choice on
+// top keeps the starting states of the empty iterations in a row; when the
+// new state is one of them, the iterations cycle until the count runs out.
+// Then the captures are set to where the cycle ends, the pending tries at
+// `start` become one repeat, and true is returned.
+bool TalvoRegexMatcher::_closeEmptyCycle(int start, int continuation, int barrier, const Choice& b) {
+    int slots = program_->slotCount;
+    Choice& fallback = choices_.back();
+    snapshots_.resize(b.snapshot + slots);  // the iteration's starting state joins the history
+    int history = (static_cast<int>(snapshots_.size()) - fallback.snapshot) / slots;
+    int seen = _findState(fallback.snapshot, history);
+    if (seen < 0) {
+        if (history > kHistoryLimit) snapshots_.resize(b.snapshot);
+        return false;
+    }
+    std::int64_t period = history - seen;
+    std::int64_t further = b.maximum - 1;  // iterations the deeper levels would make
+    _restoreState(fallback.snapshot + static_cast<int>(seen + further % period) * slots);
+    std::int64_t pending = 0;  // fallbacks already queued at `start`
+    while (static_cast<int>(positions_.size()) > fallback.positionMark && positions_.back() == start) {
+        positions_.pop_back();
+        pending++;
+    }
+    snapshots_.resize(fallback.snapshot);
+    if (static_cast<int>(positions_.size()) == fallback.positionMark) choices_.pop_back();
+    _pushRepeat(start, continuation, barrier, pending + b.maximum);
+    return true;
+}
+
 void TalvoRegexMatcher::_storeCaptures() {
     for (int slot : recorded_) {
+        if (captures_[slot].start < 0) continue;  // a duplicate entry, already stored
         if (manager_ != nullptr)
             manager_->_storeBackReference(slot, text_ + captures_[slot].start, captures_[slot].length);
         captures_[slot].start = -1;
@@ -525,11 +604,11 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
             if (barrier == kNoBarrier) return position;
             // The iteration matched up to `position`: cut its choices.
             const Choice b = choices_[barrier];
-            bool unchanged = position == b.position && _unchangedSince(b);
+            bool empty = position == b.position;
+            bool unchanged = empty && _unchangedSince(b);
             choices_.resize(barrier);
             frames_.resize(b.frameMark);
             positions_.resize(b.positionMark);
-            snapshots_.resize(b.snapshot);
             barrier = b.previousBarrier;
             node = b.node;
             k = b.continuation;
@@ -537,15 +616,22 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
             if (unchanged) {
                 // Every further iteration would do the same; what remains is
                 // the continuation at `start`, once per level left plus once.
-                choices_.push_back(Choice{CHOICE_REPEAT, node, start, k, static_cast<int>(frames_.size()),
-                                          0, 0, 0, barrier, false, b.maximum, version_, _takeSnapshot()});
+                snapshots_.resize(b.snapshot);
+                _pushRepeat(start, k, barrier, b.maximum);
                 position = start;
                 step = CONTINUE;
                 break;
             }
             if (!b.hasFallback)
                 choices_.push_back(Choice{CHOICE_FALLBACK, node, 0, k, static_cast<int>(frames_.size()),
-                                          static_cast<int>(positions_.size()), 0, 0, barrier, false, 0, 0, static_cast<int>(snapshots_.size())});
+                                          static_cast<int>(positions_.size()), 0, 0, barrier, false, 0, 0, b.snapshot});
+            if (!empty) {
+                snapshots_.resize(choices_.back().snapshot);  // a new start: no history
+            } else if (_closeEmptyCycle(start, k, barrier, b)) {
+                position = start;
+                step = CONTINUE;
+                break;
+            }
             positions_.push_back(start);
             minimum = b.minimum - 1;
             maximum = b.maximum - 1;
@@ -567,6 +653,7 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 step = RUN;
                 break;
             case CHOICE_FALLBACK:
+                snapshots_.resize(c.snapshot);  // the iterations are over: drop their history
                 position = positions_.back();
                 positions_.pop_back();
                 if (static_cast<int>(positions_.size()) == c.positionMark) choices_.pop_back();
@@ -599,16 +686,14 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 break;
             }
             case CHOICE_REPEAT:
-                if (c.count < 1 || _unchangedSince(c)) {
-                    // The last try changed nothing, so the rest would fail alike.
+                if (_repeatIsSettled(c)) {
+                    // The remaining tries would all fail: their captures are set.
                     snapshots_.resize(c.snapshot);
                     choices_.pop_back();
                     break;
                 }
                 c.count--;
                 c.version = version_;
-                snapshots_.resize(c.snapshot);
-                _takeSnapshot();
                 position = c.position;
                 step = CONTINUE;
                 break;

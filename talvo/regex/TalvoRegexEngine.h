@@ -146,6 +146,12 @@ private:
     void _storeCaptures();
     int _takeSnapshot();
     bool _unchangedSince(const Choice& choice) const;
+    bool _sameState(int mark) const;
+    void _restoreState(int mark);
+    int _findState(int mark, int count) const;
+    void _pushRepeat(int start, int continuation, int barrier, std::int64_t more);
+    bool _repeatIsSettled(Choice& c);
+    bool _closeEmptyCycle(int start, int continuation, int barrier, const Choice& b);
     void _reset();
 
     const TalvoRegexProgram* program_ = nullptr;
