@@ -10,7 +10,6 @@
 
 namespace {
 
-const int kStarMaximum = 2147483647;
 const int kNoFrame = -1;
 const int kNoBarrier = -1;
 // Long enough for any literal search to pay off; keeps the analysis linear.
@@ -517,7 +516,7 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
             case TalvoRegex::TYPE_PLUS:
             case TalvoRegex::TYPE_QMARK:
                 minimum = in.type == TalvoRegex::TYPE_PLUS ? 1 : 0;
-                maximum = in.type == TalvoRegex::TYPE_QMARK ? 1 : kStarMaximum;
+                maximum = in.type == TalvoRegex::TYPE_QMARK ? 1 : program_->repetitionMaximum;
                 hasFallback = false;
                 step = ITERATE;
                 break;
@@ -572,7 +571,7 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 // one choice for the shorter counts.
                 int n = 0;
                 while (n < maximum && _matchesByte(op, s[position + n])) n++;
-                if (node == program_->leading) leadingRunEnd_ = position + n;
+                if (node == program_->leading && n < maximum) leadingRunEnd_ = position + n;
                 if (n == 0) { step = minimum > 0 ? FAIL : CONTINUE; break; }
                 choices_.push_back(Choice{CHOICE_RANGE, node, position, k, static_cast<int>(frames_.size()),
                                           0, position, position + n - 1, barrier, false, 0, 0, static_cast<int>(snapshots_.size())});

@@ -58,6 +58,7 @@ struct TalvoRegexProgram {
     std::vector<const TalvoRegex*> nodes;   // node of each instruction
     int root = -1;
     int slotCount = 1;    // capture slots the groups use: highest group number + 1
+    int repetitionMaximum = 2147483647;  // iterations of a star or a plus
     bool valid = false;   // false for an empty tree or a tree with a cycle
     // Start filters. Each holds only when an attempt at a rejected start
     // would fail without recording any capture, so skipping it changes

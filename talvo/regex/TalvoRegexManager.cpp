@@ -94,6 +94,10 @@ int TalvoRegexManager::compilePattern() {
     return result;
 }
 
+void TalvoRegexManager::_setRepetitionMaximum(int maximum) {
+    if (program != nullptr) program->repetitionMaximum = maximum;
+}
+
 void TalvoRegexManager::printTopRegex(FILE* file) const {
     if (topRegex != nullptr) topRegex->print(file);
 }

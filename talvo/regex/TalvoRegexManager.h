@@ -114,6 +114,9 @@ public:
 
     // For the matcher: stores `length` bytes at `bytes` as capture n.
     void _storeBackReference(int n, const char* bytes, int length);
+    // For tests: lowers the iteration count of star and plus (normally
+    // 2147483647) so that a brute-force model can follow every iteration.
+    void _setRepetitionMaximum(int maximum);
     // For the nodes: the tree changed, so the flattened program is stale.
     void _treeChanged() { programIsCurrent = false; }
 
