@@ -44,6 +44,10 @@
 #include <talvo/xml/TalvoXMLParserMessenger.h>
 #include <talvo/xml/TalvoXMLParser.h>
 
+// Regular expressions
+#include <talvo/regex/TalvoRegex.h>
+#include <talvo/regex/TalvoRegexManager.h>
+
 // Statistics
 #include <talvo/stats/TalvoRandomizer.h>
 #include <talvo/stats/TalvoQuantilizer.h>
