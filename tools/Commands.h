@@ -37,3 +37,48 @@ extern const std::vector<std::string> RandomDistributions;
 int runRandom(const RandomOptions& options);
 
 }  // namespace talvo_tool
+
+namespace talvo_tool {
+
+struct XmlCheckOptions {
+    std::vector<std::string> files;
+};
+int runXmlCheck(const XmlCheckOptions& options);
+
+struct XmlFormatOptions {
+    int indent = 2;
+    std::string file;
+};
+int runXmlFormat(const XmlFormatOptions& options);
+
+struct XmlGetOptions {
+    std::string file;
+    std::string path;
+};
+int runXmlGet(const XmlGetOptions& options);
+
+struct GrepOptions {
+    bool count = false;
+    bool lineNumbers = false;
+    bool onlyMatching = false;
+    bool invert = false;
+    std::string pattern;
+    std::vector<std::string> files;
+};
+int runGrep(const GrepOptions& options);
+
+struct SubOptions {
+    bool global = false;
+    std::string pattern;
+    std::string replacement;
+    std::vector<std::string> files;
+};
+int runSub(const SubOptions& options);
+
+struct SplitOptions {
+    std::string pattern;
+    std::vector<std::string> files;
+};
+int runSplit(const SplitOptions& options);
+
+}  // namespace talvo_tool

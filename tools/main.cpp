@@ -64,6 +64,72 @@ void addRandom(CLI::App& app, RandomOptions& o, Runner& run) {
     });
 }
 
+void addXml(CLI::App& app, XmlCheckOptions& check, XmlFormatOptions& format, XmlGetOptions& get, Runner& run) {
+    CLI::App* xml = app.add_subcommand("xml", "Check, format or query XML files");
+    xml->require_subcommand(1);
+    CLI::App* c = xml->add_subcommand("check", "Parse each file; print the parser's report for a bad one (exit 1)");
+    c->add_option("FILE", check.files, InputsHelp);
+    c->callback([&check, &run] { run = [&check] { return runXmlCheck(check); }; });
+
+    CLI::App* f = xml->add_subcommand("format", "Parse a file and print it with the library's printer");
+    f->add_option("--indent", format.indent, "Blanks per nesting level")
+        ->check(CLI::Range(0, 64))
+        ->capture_default_str();
+    f->add_option("FILE", format.file, "Input file, \"-\" for standard input")->required();
+    f->callback([&format, &run] { run = [&format] { return runXmlFormat(format); }; });
+
+    CLI::App* g = xml->add_subcommand("get", "Print what a path selects: server/port (the text of the first "
+                                             "matching node) or server@port (an attribute value); exit 1 "
+                                             "when nothing matches");
+    g->add_option("FILE", get.file, "Input file, \"-\" for standard input")->required();
+    g->add_option("PATH", get.path, "Tags from the top separated by '/', optionally ending in @attribute; "
+                                    "the root element's tag may be left out")
+        ->required();
+    g->callback([&get, &run] { run = [&get] { return runXmlGet(get); }; });
+}
+
+const char* const PatternHelp =
+    "Pattern: . [..] [^..] ( ) | * + ? ^ $, \\N back reference, escapes \\t \\n \\r and a backslash "
+    "before ( ) [ ] $ ^ . | * + \\";
+
+void addGrep(CLI::App& app, GrepOptions& o, Runner& run) {
+    CLI::App* c = app.add_subcommand("grep", "Print the lines where the pattern matches (exit 1 when none)");
+    c->add_flag("-c,--count", o.count, "Print the number of selected lines");
+    c->add_flag("-n,--line-number", o.lineNumbers, "Prefix lines with their number");
+    c->add_flag("-o,--only-matching", o.onlyMatching, "Print each matched text on its own line");
+    c->add_flag("-v,--invert-match", o.invert, "Select the lines that do not match");
+    c->add_option("PATTERN", o.pattern, "Regular expression")->required();
+    c->add_option("FILE", o.files, InputsHelp);
+    c->footer(PatternHelp);
+    c->callback([&o, &run] { run = [&o] { return runGrep(o); }; });
+}
+
+void addSub(CLI::App& app, SubOptions& o, Runner& run) {
+    CLI::App* c = app.add_subcommand("sub", "Replace the first match of each line (every match with -g)");
+    c->add_flag("-g,--global", o.global, "Replace every match");
+    c->add_option("PATTERN", o.pattern, "Regular expression")->required();
+    c->add_option("REPLACEMENT", o.replacement, "Replacement text; \\N inserts what group N captured")
+        ->required();
+    c->add_option("FILE", o.files, InputsHelp);
+    c->footer(PatternHelp);
+    c->callback([&o, &run] { run = [&o] { return runSub(o); }; });
+}
+
+void addSplit(CLI::App& app, SplitOptions& o, Runner& run) {
+    CLI::App* c = app.add_subcommand("split", "Print the pieces of each line between matches, one per line");
+    c->add_option("PATTERN", o.pattern, "Regular expression of the separator")->required();
+    c->add_option("FILE", o.files, InputsHelp);
+    c->footer(PatternHelp);
+    c->callback([&o, &run] { run = [&o] { return runSplit(o); }; });
+}
+
+bool isCommand(CLI::App& app, const std::string& name) {
+    for (const CLI::App* command : app.get_subcommands({}))
+        if (command->get_name() == name)
+            return true;
+    return false;
+}
+
 // CLI11 reports help and version requests as exceptions too; everything
 // else is bad usage: one "talvo: " line and status 2.
 int reportParseError(CLI::App& app, const CLI::ParseError& e) {
@@ -84,14 +150,30 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
 
     Runner run;
+    XmlCheckOptions xmlCheck;
+    XmlFormatOptions xmlFormat;
+    XmlGetOptions xmlGet;
+    GrepOptions grep;
+    SubOptions sub;
+    SplitOptions split;
     StatsOptions stats;
     ChronoOptions chrono;
     RandomOptions random;
+    addXml(app, xmlCheck, xmlFormat, xmlGet, run);
+    addGrep(app, grep, run);
+    addSub(app, sub, run);
+    addSplit(app, split, run);
     addStats(app, stats, run);
     addChrono(app, chrono, run);
     addRandom(app, random, run);
     app.footer("Exit status: 0 success, 1 failed check or no match, 2 bad usage or unreadable input.");
 
+    // Left alone, CLI11 would answer "A subcommand is required" to a misspelt one.
+    if (argc > 1 && argv[1][0] != '-' && !isCommand(app, argv[1])) {
+        reportProblem("unknown command '%s'", argv[1]);
+        std::fprintf(stderr, "Run 'talvo --help' for the list of commands.\n");
+        return ExitTrouble;
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
