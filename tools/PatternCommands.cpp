@@ -135,6 +135,7 @@ int runGrep(const GrepOptions& o) {
     TalvoRegexManager manager(o.pattern.c_str());
     if (!compileQuietly(manager, o.pattern))
         return ExitTrouble;
+    setResultsWrittenWhileReading(true);
     std::vector<std::string> inputs = inputsOrStandardInput(o.files);
     bool nameLines = inputs.size() > 1;
     int status = ExitSuccess;
@@ -158,6 +159,7 @@ int runSub(const SubOptions& o) {
     TalvoRegexManager manager(o.pattern.c_str());
     if (!compileQuietly(manager, o.pattern))
         return ExitTrouble;
+    setResultsWrittenWhileReading(true);
     const char* replacement = o.replacement.c_str();
     return forEachLine(o.files, [&](char* line, std::size_t) {
         char* result = o.global ? manager.substitutePatterns(line, replacement)
@@ -174,6 +176,7 @@ int runSplit(const SplitOptions& o) {
     TalvoRegexManager manager(o.pattern.c_str());
     if (!compileQuietly(manager, o.pattern))
         return ExitTrouble;
+    setResultsWrittenWhileReading(true);
     return forEachLine(o.files, [&](char* line, std::size_t) {
         TalvoList* pieces = manager.splitWithPattern(line);
         if (!pieces)

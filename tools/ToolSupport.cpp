@@ -17,6 +17,8 @@ namespace {
 constexpr long long ProgressThresholdBytes = 100LL * 1000 * 1000;
 constexpr const char* StandardInputName = "(standard input)";
 
+bool resultsWrittenWhileReading = false;
+
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v'; }
 
 }  // namespace
@@ -30,6 +32,8 @@ void reportProblem(const char* format, ...) {
     va_end(arguments);
     std::fputc('\n', stderr);
 }
+
+void setResultsWrittenWhileReading(bool writtenWhileReading) { resultsWrittenWhileReading = writtenWhileReading; }
 
 std::vector<std::string> inputsOrStandardInput(const std::vector<std::string>& files) {
     if (files.empty())
@@ -46,7 +50,7 @@ ProgressLine::~ProgressLine() { finish(); }
 
 void ProgressLine::follow(FILE* followed, const std::string& followedName) {
     struct stat status;
-    if (!isatty(STDERR_FILENO) || fstat(fileno(followed), &status) != 0 || !S_ISREG(status.st_mode)
+    if (!isatty(STDERR_FILENO) || (resultsWrittenWhileReading && isatty(STDOUT_FILENO)) || fstat(fileno(followed), &status) != 0 || !S_ISREG(status.st_mode)
         || status.st_size <= ProgressThresholdBytes)
         return;
     file = followed;

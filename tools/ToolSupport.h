@@ -27,6 +27,10 @@ void reportProblem(const char* format, ...) __attribute__((format(printf, 1, 2))
 // The operands of a command: standard input ("-") when none is given.
 std::vector<std::string> inputsOrStandardInput(const std::vector<std::string>& files);
 
+// Declares that the command writes results while it reads (grep, sub,
+// split), so that a progress line is not drawn over them on a shared terminal.
+void setResultsWrittenWhileReading(bool writtenWhileReading);
+
 // A progress line on standard error for an input larger than the threshold,
 // shown only when standard error is a terminal. Erased when done.
 class ProgressLine {
@@ -37,7 +41,8 @@ public:
     ProgressLine& operator=(const ProgressLine&) = delete;
 
     // Starts following `file` (named `name`) when it is a regular file over
-    // the threshold and standard error is a terminal; otherwise stays silent.
+    // the threshold and standard error is a terminal (and, for a command that
+    // writes while it reads, standard output is not); otherwise stays silent.
     void follow(FILE* file, const std::string& name);
     // Called once per line read; looks at the file position now and then.
     void tick() {
