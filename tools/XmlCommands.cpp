@@ -9,6 +9,7 @@
 #include <talvo/xml/TalvoXMLParser.h>
 #include <talvo/xml/TalvoXMLTerm.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
