@@ -81,9 +81,18 @@ void NumberSummary::printSummary(int quantiles) {
     if (!table)
         return;
     // The quantilizer picks the value at each of n equally spaced steps of
-    // the data, so slot i estimates the (i + 1) / n quantile.
-    for (int i = 0; i < quantiles; ++i)
-        std::printf("q%-8g %.10g\n", static_cast<double>(i + 1) / quantiles, table->getQuantile(i));
+    // the data, so slot i estimates the (i + 1) / n quantile. A step that a
+    // single heavy value already overshot is left at 0.0 by the quantilizer
+    // (as with more quantiles than values); quantiles never decrease and never
+    // pass the maximum, so such a slot repeats the one before it.
+    double previous = minimum;
+    for (int i = 0; i < quantiles; ++i) {
+        double q = table->getQuantile(i);
+        if (i > 0 && (q < previous || q > maximum))
+            q = previous;
+        std::printf("q%-8g %.10g\n", static_cast<double>(i + 1) / quantiles, q);
+        previous = q;
+    }
     delete table;
 }
 

@@ -55,6 +55,14 @@ TEST(TalvoToolStats, NegativeData_HasItsTrueMaximum) {
     EXPECT_NE(run.out.find("minimum   -3\nmaximum   -1\n"), std::string::npos) << run.out;
 }
 
+TEST(TalvoToolStats, MoreQuantilesThanValues_RepeatTheLastValueInsteadOfZero) {
+    ToolRun run = runTool({"stats", "--quantiles", "3"}, "5\n");
+    EXPECT_NE(run.out.find("q0.333333 5\nq0.666667 5\nq1        5\n"), std::string::npos) << run.out;
+    run = runTool({"stats", "--quantiles", "4"}, "-2 -1\n");
+    EXPECT_NE(run.out.find("q0.25     -2\nq0.5      -2\nq0.75     -1\nq1        -1\n"), std::string::npos)
+        << run.out;
+}
+
 TEST(TalvoToolStats, NoNumbers_CountZeroAndNothingToDraw) {
     ToolRun run = runTool({"stats"}, "# nothing\n");
     EXPECT_EQ(run.out, "count     0\n");
