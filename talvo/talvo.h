@@ -16,6 +16,33 @@
 // Containers
 #include <talvo/containers/TalvoList.h>
 #include <talvo/containers/TalvoArray.h>
+#include <talvo/containers/TalvoAVLTree.h>
+#include <talvo/containers/TalvoHashTable.h>
+#include <talvo/containers/TalvoHandle.h>
+#include <talvo/containers/TalvoDictionary.h>
+
+// Dynamic values
+#include <talvo/values/TalvoConstant.h>
+#include <talvo/values/TalvoAttribute.h>
+#include <talvo/values/TalvoAttributeList.h>
+
+// Text and streams
+#include <talvo/text/TalvoCharBuffer.h>
+#include <talvo/text/TalvoUTF8Char.h>
+#include <talvo/text/TalvoUTF8Buffer.h>
+#include <talvo/text/TalvoUTF8String.h>
+#include <talvo/text/TalvoStream.h>
+#include <talvo/text/TalvoFileStream.h>
+#include <talvo/text/TalvoRawStringStream.h>
+#include <talvo/text/TalvoFile.h>
+
+// XML
+#include <talvo/xml/TalvoXMLTerm.h>
+#include <talvo/xml/TalvoXMLAttribute.h>
+#include <talvo/xml/TalvoXMLDocument.h>
+#include <talvo/xml/TalvoXMLPrinter.h>
+#include <talvo/xml/TalvoXMLParserMessenger.h>
+#include <talvo/xml/TalvoXMLParser.h>
 
 // Statistics
 #include <talvo/stats/TalvoRandomizer.h>

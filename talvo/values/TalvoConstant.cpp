@@ -1,6 +1,7 @@
 #include <talvo/values/TalvoConstant.h>
 
 #include <talvo/foundation/TalvoRawString.h>
+#include <talvo/text/TalvoStream.h>
 
 #include <climits>
 #include <cmath>
@@ -219,7 +220,8 @@ TalvoConstant::TalvoConstant(const TalvoConstant* other) : TalvoConstant() { set
 TalvoConstant::~TalvoConstant() { _freeValue(); }
 
 void TalvoConstant::free(void* constant) {
-    delete static_cast<TalvoConstant*>(constant);
+    if (constant)
+        delete static_cast<TalvoConstant*>(constant);
 }
 
 void TalvoConstant::_freeValue() {
@@ -632,4 +634,30 @@ void TalvoConstant::concat(const TalvoConstant* other) {
     }
     // Join before releasing: `other` may be this constant.
     _takeString(TalvoRawString::concat(_value.string, text));
+}
+
+// --- Printing.
+
+void TalvoConstant::dump(TalvoStream* stream) const {
+    if (!stream)
+        return;
+    char number[kNumberTextSize];
+    switch (_type) {
+        case NilType: stream->put("nil"); break;
+        case BoolType: stream->put(_value.boolean ? "true" : "false"); break;
+        case IntType: stream->put(_value.integer); break;
+        case DoubleType:
+            // "%g" itself, whatever precision the stream is set to.
+            std::snprintf(number, sizeof number, "%g", _value.real);
+            stream->put(static_cast<const char*>(number));
+            break;
+        case StringType:
+            // put(char) keeps a backslash in the value as it is.
+            for (const char* c = _value.string; c && *c; ++c)
+                stream->put(*c);
+            break;
+        case PointerType: stream->put(_value.code); break;
+        default: break;
+    }
+    stream->flush();
 }

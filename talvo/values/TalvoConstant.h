@@ -232,6 +232,11 @@ public:
     // pointer or null.
     void concat(const TalvoConstant* other);
 
+    // Writes the value on `stream` with no newline, then flushes it: "nil",
+    // "true"/"false", "%d", "%g", a string byte for byte (no escapes
+    // interpreted), a pointer as its code with "%d". A null stream does nothing.
+    void dump(TalvoStream* stream) const;
+
 private:
     // Releases an owned string or pointer; the caller then rewrites the type.
     void _freeValue();

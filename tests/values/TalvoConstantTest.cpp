@@ -3,6 +3,7 @@
 #include <talvo/foundation/TalvoFunction.h>
 #include <talvo/foundation/TalvoInteger.h>
 #include <talvo/foundation/TalvoRawString.h>
+#include <talvo/text/TalvoRawStringStream.h>
 #include <talvo/values/TalvoConstant.h>
 
 #include <climits>
@@ -445,4 +446,27 @@ TEST(TalvoConstant, Concat_AppendsTheOperandsText) {
     EXPECT_EQ(show(self), "string:abab");
     number.concat(&self);
     EXPECT_TRUE(number.isNil());
+}
+
+TEST(TalvoConstant, Dump_WritesTheValueWithoutNewline) {
+    struct {
+        TalvoConstant value;
+        const char* expected;
+    } cases[] = {
+        {TalvoConstant(), "nil"},
+        {TalvoConstant(true), "true"},
+        {TalvoConstant(-7), "-7"},
+        {TalvoConstant(0.1), "0.1"},
+        {TalvoConstant(1234567.0), "1.23457e+06"},
+        {TalvoConstant("a\\nb"), "a\\nb"},  // no escape interpreted
+        {TalvoConstant(TalvoInteger::allocate(0), TalvoInteger::free, 42), "42"},
+    };
+    for (auto& c : cases) {
+        char buffer[64] = {};
+        TalvoRawStringStream stream(false, buffer, sizeof buffer - 1);
+        stream.setSignificantDigitNumber(12);  // dump uses "%g" whatever the stream says
+        c.value.dump(&stream);
+        EXPECT_STREQ(buffer, c.expected);
+    }
+    TalvoConstant(1).dump(nullptr);
 }
