@@ -18,12 +18,18 @@
 // capture recorded on the way (abandoned paths included), is that of the
 // recursive definition; only the machine stack is replaced by the heap.
 //
+// Shortcuts never skip a path that could record a capture: a start or a
+// repetition fallback is passed over only when the node to run there would
+// fail at once on that byte, and the starts inside a failed leading one-byte
+// run only when the attempt recorded nothing.
+//
 // An iteration that consumes nothing and changes no capture would repeat
 // identically until the repetition count runs out; the matcher then stops
 // iterating and tries the continuation the number of times the unbounded
 // rule would, skipping the repeats once one of them changes nothing either.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -39,12 +45,16 @@ struct TalvoRegexInstruction {
     int number;        // group or back-reference number
     unsigned char byte;   // the byte of a TYPE_CHAR / TYPE_ESCAPEDCHAR node
     int table;         // index of the class table of a TYPE_CHARCLASS node
+    bool byteGroup;    // a group around one one-byte node
+    int guard;         // index of a table of the bytes this node can start
+                       // with, when it fails at once (recording nothing) on
+                       // any other byte after position 0; -1 when unknown
 };
 
 // A flattened tree plus what the search loop needs to skip hopeless starts.
 struct TalvoRegexProgram {
     std::vector<TalvoRegexInstruction> code;
-    std::vector<std::vector<bool>> tables;  // per class: 256 membership flags
+    std::vector<std::array<bool, 256>> tables;  // class and guard byte tables
     std::vector<const TalvoRegex*> nodes;   // node of each instruction
     int root = -1;
     int slotCount = 1;    // capture slots the groups use: highest group number + 1
@@ -53,6 +63,7 @@ struct TalvoRegexProgram {
     // would fail without recording any capture, so skipping it changes
     // nothing observable.
     bool anchored = false;          // every attempt after position 0 fails
+    int leading = -1;   // a star or plus of one byte that every attempt runs first
     std::string prefix;             // every attempt that does anything starts with these bytes
     bool useFirstBytes = false;     // first byte of any success is in firstBytes
     bool firstBytes[256] = {};
@@ -85,13 +96,25 @@ public:
     // Matches instruction `node` at `position` of `text`, followed by the
     // entries of `stack` (first entry first). Returns the end of the match or
     // -1. Captures recorded on the way are stored into `manager` (when not
-    // null) before returning, in the order the last write to each slot made.
+    // null) before returning.
     int match(const TalvoRegexProgram& program, TalvoRegexManager* manager,
               const char* text, int position, int node,
               const std::vector<StackEntry>& stack);
-    // The same with an empty stack: one attempt of a whole pattern.
-    int match(const TalvoRegexProgram& program, TalvoRegexManager* manager,
-              const char* text, int position);
+
+    // A run of attempts of the whole pattern over one text: begin, any
+    // number of attempts, then flush. Captures stay views into the text
+    // until flush copies them into the manager, so a failed attempt costs
+    // no allocation. The text must not change before flush.
+    void begin(const TalvoRegexProgram& program, TalvoRegexManager* manager, const char* text);
+    // One attempt at `position` with nothing after the pattern: its end or -1.
+    int attempt(int position);
+    // Stores the captures recorded since begin (or the last flush).
+    void flush();
+    // After a failed attempt at `start`: the first later start that might
+    // do anything. When the pattern opens with a star or plus of one byte
+    // and the attempt recorded nothing, every start up to the end of that
+    // first run would only retry the same continuations: it is skipped.
+    int nextAfterFailure(int start) const;
 
 private:
     struct Frame { int node; int groupStart; int next; bool closing; };
@@ -116,11 +139,19 @@ private:
 
     int _run(int node, int position, int continuation);
     int _pushFrame(int node, bool closing, int groupStart, int next);
+    const bool* _guardOf(int continuation) const;
+    bool _matchesByte(const TalvoRegexInstruction& in, char c) const;
     void _record(int number, int start, int end);
     bool _readBackReference(int number, const char** bytes, int* length) const;
     void _storeCaptures();
     int _takeSnapshot();
     bool _unchangedSince(const Choice& choice) const;
+    bool _sameState(int mark) const;
+    void _restoreState(int mark);
+    int _findState(int mark, int count) const;
+    void _pushRepeat(int start, int continuation, int barrier, std::int64_t more);
+    bool _repeatIsSettled(Choice& c);
+    bool _closeEmptyCycle(int start, int continuation, int barrier, const Choice& b);
     void _reset();
 
     const TalvoRegexProgram* program_ = nullptr;
@@ -133,4 +164,6 @@ private:
     std::vector<int> recorded_;        // slots recorded in this attempt
     std::vector<Capture> snapshots_;   // capture states saved by barriers and repeats
     std::uint64_t version_ = 0;       // bumped whenever a capture changes
+    std::uint64_t attemptVersion_ = 0;  // version_ when the last attempt began
+    int leadingRunEnd_ = -1;          // end of the leading run in the last attempt
 };

@@ -30,6 +30,7 @@
 
 class TalvoArray;
 class TalvoList;
+class TalvoStream;
 struct TalvoRegexProgram;
 class TalvoRegexMatcher;
 
@@ -89,6 +90,8 @@ public:
 
     // Writes the compiled tree in pattern syntax; nothing without a tree.
     void printTopRegex(FILE* file) const;
+    // The same through a stream.
+    void printTopRegex(TalvoStream* stream) const;
 
     // The first start at which the pattern matches `text` (only starts where
     // a byte stands are tried, so "" never matches), and stores the match as
@@ -123,8 +126,7 @@ private:
 
     char* _substitutePatterns(const char* text, const char* replacement, int all);
     bool _ensureCompiled();
-    int _matchAt(const char* text, int position);
-    void _appendReplacement(class TalvoCharBuffer* buffer, const char* replacement);
+    void _appendReplacement(std::string* out, const char* replacement);
     // Scanner and parser (TalvoRegexCompiler.cpp).
     int _scanToken(ScannedToken* token);
     int _parse();

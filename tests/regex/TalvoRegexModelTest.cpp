@@ -240,33 +240,48 @@ namespace {
 
 const int kLongSubject = 16 * 1024 * 1024;
 
+std::string repeated(const char* unit, std::size_t size) {
+    std::string s;
+    s.reserve(size + 2);
+    while (s.size() < size) s += unit;
+    return s;
+}
+
 }  // namespace
 
-TEST(TalvoRegexManager, MatchPattern_LongSubjectsNeedNoMachineStack) {
+TEST(TalvoRegexManager, MatchPattern_LongRunOfOneByte) {
     std::string as(kLongSubject, 'a');
-    TalvoRegexManager star("a*b");
-    EXPECT_EQ(star.matchPattern((as + "b").c_str()), 0);
-    EXPECT_EQ(std::string(star.getBackReference(0)).size(), as.size() + 1);
+    TalvoRegexManager manager("a*b");
+    EXPECT_EQ(manager.matchPattern((as + "b").c_str()), 0);
+    EXPECT_EQ(std::string(manager.getBackReference(0)).size(), as.size() + 1);
+    // Without a match every start inside the leading run retries the same
+    // continuations, so the search stays linear.
+    EXPECT_EQ(manager.matchPattern(as.c_str()), -1);
+    EXPECT_EQ(takeList(manager.splitWithPattern(as.c_str())).size(), 1u);
+    EXPECT_EQ(take(manager.substitutePatterns(as.c_str(), "x")).size(), as.size());
+}
 
-    std::string abs;
-    abs.reserve(kLongSubject + 1);
-    while (abs.size() < static_cast<std::size_t>(kLongSubject)) abs += "ab";
-    TalvoRegexManager group("(ab)*c");
-    EXPECT_EQ(group.matchPattern((abs + "c").c_str()), 0);
-    EXPECT_EQ(slot(&group, 1), "ab");
+TEST(TalvoRegexManager, MatchPattern_LongRunOfGroups) {
+    std::string abs = repeated("ab", kLongSubject);
+    TalvoRegexManager manager("(ab)*c");
+    EXPECT_EQ(manager.matchPattern((abs + "c").c_str()), 0);
+    EXPECT_EQ(slot(&manager, 1), "ab");
+    std::string short1 = repeated("ab", kLongSubject / 16);
+    TalvoRegexManager alternation("(a|b)*c");
+    EXPECT_EQ(alternation.matchPattern((short1 + "c").c_str()), 0);
+    EXPECT_EQ(slot(&alternation, 1), "b");
+}
 
+TEST(TalvoRegexManager, MatchPattern_LongBacktrackAndAnchor) {
     std::string ys(kLongSubject, 'y');
     TalvoRegexManager dots(".*x");
     EXPECT_EQ(dots.matchPattern(("x" + ys).c_str()), 0);
     EXPECT_EQ(slot(&dots, 0), "x");  // the backtracking walked the whole subject back
-
+    EXPECT_EQ(dots.matchPattern(ys.c_str()), -1);
     std::string letters(kLongSubject, 'q');
     TalvoRegexManager end("[a-z]+$");
     EXPECT_EQ(end.matchPattern(letters.c_str()), 0);
-
-    TalvoRegexManager alternation("(a|b)*c");
-    EXPECT_EQ(alternation.matchPattern((abs + "c").c_str()), 0);
-    EXPECT_EQ(slot(&alternation, 1), "b");
+    EXPECT_EQ(end.matchPattern((letters + "1").c_str()), -1);
 }
 
 TEST(TalvoRegexManager, SplitAndSubstitute_LongSubjects) {
