@@ -20,6 +20,8 @@ typedef TalvoXMLParserMessenger Messages;
 // than one step, so it grows one step at a time, as it would byte by byte.
 const int LastStringIncrement = 1024;
 const size_t LongestPiece = LastStringIncrement - 1;
+// Runs up to this length are appended byte by byte, longer ones as strings.
+const size_t ShortRun = 12;
 // First capacity of the term stack; it doubles whenever it is full.
 const int InitialTermStackCapacity = 1024;
 const char* const StackLabel = "void*[]";
@@ -226,6 +228,28 @@ inline bool TalvoXMLParser::_isAtEnd() {
     return _next == _end && !_fill();
 }
 
+// Most calls find no white space at all: that case costs one test.
+inline void TalvoXMLParser::_parseSpaces() {
+    if (classOf(*_next) & Space)
+        _skipSpaces();
+    else if (_next == _end && _fill())
+        _parseSpaces();
+}
+
+void TalvoXMLParser::_skipSpaces() {
+    for (;;) {
+        char* p = _next;
+        while (classOf(*p) & Space) {
+            if (*p == '\n')
+                ++_lineNumber;
+            ++p;
+        }
+        _next = p;
+        if (p != _end || !_fill())
+            return;
+    }
+}
+
 // --- Collecting names, values and texts.
 
 void TalvoXMLParser::_beginString() {
@@ -251,6 +275,11 @@ inline void TalvoXMLParser::_appendChar(int c) {
 void TalvoXMLParser::_appendRun(char* run, size_t length) {
     if (_stringCut || !_lastString)
         return;
+    if (length <= ShortRun) {  // names and most values: cheaper byte by byte
+        for (size_t i = 0; i < length; ++i)
+            _lastString->append(run[i]);
+        return;
+    }
     while (length > 0) {
         size_t piece = length < LongestPiece ? length : LongestPiece;
         char saved = run[piece];
@@ -322,20 +351,6 @@ void TalvoXMLParser::_parseHeader() {
             c = _getChar();
         while (c == '?');
         if (c == '>')
-            return;
-    }
-}
-
-void TalvoXMLParser::_parseSpaces() {
-    for (;;) {
-        char* p = _next;
-        while (classOf(*p) & Space) {
-            if (*p == '\n')
-                ++_lineNumber;
-            ++p;
-        }
-        _next = p;
-        if (p != _end || !_fill())
             return;
     }
 }

@@ -124,6 +124,7 @@ private:
     void _parseHeader();
     void _parseTag();
     void _parseSpaces();
+    void _skipSpaces();
     void _parseText(int first);
     void _parseNode();
     void _parseKeyword();
