@@ -10,6 +10,7 @@
 #include <talvo/xml/TalvoXMLPrinter.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 
 namespace {
@@ -53,6 +54,38 @@ const CharClassTable CharClasses;
 
 inline int classOf(char c) { return CharClasses.classes[static_cast<unsigned char>(c)]; }
 inline bool is(int c, int mask) { return c >= 0 && (CharClasses.classes[c] & mask) != 0; }
+
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+const uint64_t EachByte = 0x0101010101010101ULL;
+const uint64_t HighBits = 0x8080808080808080ULL;
+const uint64_t LowBits = 0x7f7f7f7f7f7f7f7fULL;
+
+// The high bit of each byte of `x` below `n` (n <= 128), exactly, byte by byte.
+inline uint64_t bytesBelow(uint64_t x, unsigned n) {
+    return ~(((x & LowBits) + (0x80 - n) * EachByte) | x) & HighBits;
+}
+
+// Skips groups of eight bytes of plain text: no byte below "!" except lone
+// blanks (followed by a byte of "!" or above), and no "<". Conservative: it
+// stops early at anything doubtful, which the byte loop then examines.
+inline char* skipPlainText(char* p, const char* end) {
+    const unsigned FirstPrintable = 0x21;
+    while (end - p > 8) {  // the byte after the group must be readable too
+        uint64_t x;
+        std::memcpy(&x, p, sizeof x);
+        uint64_t low = bytesBelow(x, FirstPrintable);
+        uint64_t blank = bytesBelow(x ^ (' ' * EachByte), 1);
+        uint64_t angle = bytesBelow(x ^ ('<' * EachByte), 1);
+        uint64_t lowAfter = (low >> 8) | (static_cast<unsigned char>(p[8]) < FirstPrintable ? 0x80ULL << 56 : 0);
+        if ((low & ~blank) | (blank & lowAfter) | angle)
+            break;
+        p += sizeof x;
+    }
+    return p;
+}
+#else
+inline char* skipPlainText(char* p, const char*) { return p; }
+#endif
 
 }  // namespace
 
@@ -297,6 +330,8 @@ void TalvoXMLParser::_appendRun(char* run, size_t length) {
 int TalvoXMLParser::_collectRun(int stops) {
     char* p = _next;
     for (;;) {
+        if (stops & TextStop)
+            p = skipPlainText(p, _end);
         while (!(classOf(*p) & (stops | Newline | Nul)))
             ++p;
         int c = static_cast<unsigned char>(*p);
