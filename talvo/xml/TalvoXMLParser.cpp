@@ -76,7 +76,8 @@ inline char* skipPlainText(char* p, const char* end) {
         uint64_t low = bytesBelow(x, FirstPrintable);
         uint64_t blank = bytesBelow(x ^ (' ' * EachByte), 1);
         uint64_t angle = bytesBelow(x ^ ('<' * EachByte), 1);
-        uint64_t lowAfter = (low >> 8) | (static_cast<unsigned char>(p[8]) < FirstPrintable ? 0x80ULL << 56 : 0);
+        uint64_t lastHigh = 0x80ULL << 56;
+        uint64_t lowAfter = (low >> 8) | (static_cast<unsigned char>(p[8]) < FirstPrintable ? lastHigh : 0);
         if ((low & ~blank) | (blank & lowAfter) | angle)
             break;
         p += sizeof x;

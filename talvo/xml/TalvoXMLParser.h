@@ -1,18 +1,19 @@
 // TalvoXMLParser: reads a file of XML text into a TalvoXMLDocument.
 //
-// A hand-written reader over a runtime FILE for a deliberately narrow dialect: the file opens with a "<?...?>" declaration;
-// attribute values are double-quoted; no character or entity reference is
-// decoded; white-space runs in texts collapse to one blank; comments and
-// "<!...>" declarations are both kept as comment terms. It counts lines and
-// stops at the first syntax error, which it reports on its error stream with
-// a text from its messenger (codes 1001 to 1013), leaving the document empty.
+// A hand-written reader over a runtime FILE for a deliberately narrow
+// dialect: the file opens with a "<?...?>" declaration; attribute values are
+// double-quoted; no character or entity reference is decoded; white-space
+// runs in texts collapse to one blank; comments and "<!...>" declarations
+// are both kept as comment terms. It counts lines and stops at the first
+// syntax error, which it reports on its error stream with a text from its
+// messenger (codes 1001 to 1013), leaving the document empty.
 //
 // Layout: the file and document being worked on, a block of read-ahead
-// input, the optional input file name, the line number of the next unread character, the default error
-// stream (standard error) and an optional replacement, `_lastString` (the
-// name, value or text just read), a growable stack of the open node terms,
-// the error flag, and the messenger and printer, both owned and made on
-// first use.
+// input, the optional input file name, the line number of the next unread
+// character, the default error stream (standard error) and an optional
+// replacement, `_lastString` (the name, value or text just read), a growable
+// stack of the open node terms, the error flag, and the messenger and
+// printer, both owned and made on first use.
 // Invariant: every term the parser makes is attached to the document at
 // once (as a root, or as the last child of the open node on top of the
 // stack), so the document alone owns the tree, on success and on failure.

@@ -717,7 +717,8 @@ TEST(TalvoXMLParser, ShortAndHugeTextsKeepTheirContent) {
     std::string name = "n" + std::string(50000, '.');
     TalvoXMLDocument* document = new TalvoXMLDocument();
     std::string report;
-    ASSERT_EQ(parseInto(document, Header + "<" + name + " v=\"" + value + "\"/>\n<c/>", &report), 0) << report;
+    std::string xml = Header + "<" + name + " v=\"" + value + "\"/>\n<c/>";
+    ASSERT_EQ(parseInto(document, xml, &report), 0) << report;
     EXPECT_STREQ(document->findRoot(name.c_str())->getAttributeValue("v"), value.c_str());
     EXPECT_EQ(document->findRoot("c")->getLineNumber(), 4);
     delete document;
