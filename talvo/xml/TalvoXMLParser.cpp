@@ -9,51 +9,84 @@
 #include <talvo/xml/TalvoXMLParserMessenger.h>
 #include <talvo/xml/TalvoXMLPrinter.h>
 
+#include <cerrno>
+#include <cstdint>
 #include <cstring>
-
-#if defined(_WIN32)
-#define TALVO_GETC _fgetc_nolock
-#else
-#define TALVO_GETC getc_unlocked
-#endif
 
 namespace {
 
 typedef TalvoXMLParserMessenger Messages;
 
-// Growth step of `_lastString`.
+// Growth step of `_lastString`. Runs are handed to it in pieces shorter
+// than one step, so it grows one step at a time, as it would byte by byte.
 const int LastStringIncrement = 1024;
+const size_t LongestPiece = LastStringIncrement - 1;
+// Runs up to this length are appended byte by byte, longer ones as strings.
+const size_t ShortRun = 12;
 // First capacity of the term stack; it doubles whenever it is full.
 const int InitialTermStackCapacity = 1024;
 const char* const StackLabel = "void*[]";
-// No character waiting to be read again (EOF itself is never given back).
-const int NoChar = -2;
-
 // Character classes of the "C" locale, so that the dialect does not change
 // with the caller's locale: white space as isspace, letters as isalpha, and
-// the characters that may follow the first letter of a name.
-// TextStop marks the characters that interrupt a plain run of text.
-enum { Space = 1, Letter = 2, NameChar = 4, TextStop = 8 };
+// the characters that may follow the first letter of a name. The stop
+// classes end a run of text (white space or "<") or of a quoted value.
+// Newlines and NUL bytes always interrupt a run (see _collectRun).
+enum { Space = 1, Letter = 2, NameChar = 4, TextStop = 8, QuoteStop = 16, Newline = 32, Nul = 64 };
 
 struct CharClassTable {
     unsigned char classes[256];
     CharClassTable() : classes() {
         for (const char* p = " \t\n\v\f\r"; *p; ++p)
-            classes[static_cast<unsigned char>(*p)] = Space;
+            classes[static_cast<unsigned char>(*p)] = Space | TextStop;
         for (int c = 'a'; c <= 'z'; ++c)
             classes[c] = classes[c - 'a' + 'A'] = Letter | NameChar;
         for (int c = '0'; c <= '9'; ++c)
             classes[c] = NameChar;
         for (const char* p = "_-:."; *p; ++p)
             classes[static_cast<unsigned char>(*p)] = NameChar;
-        for (const char* p = " \t\n\v\f\r<"; *p; ++p)
-            classes[static_cast<unsigned char>(*p)] |= TextStop;
-        classes[0] |= TextStop;
+        classes[static_cast<unsigned char>('<')] = TextStop;
+        classes[static_cast<unsigned char>('"')] = QuoteStop;
+        classes[static_cast<unsigned char>('\n')] |= Newline;
+        classes[0] = Nul;
     }
 };
 const CharClassTable CharClasses;
 
+inline int classOf(char c) { return CharClasses.classes[static_cast<unsigned char>(c)]; }
 inline bool is(int c, int mask) { return c >= 0 && (CharClasses.classes[c] & mask) != 0; }
+
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+const uint64_t EachByte = 0x0101010101010101ULL;
+const uint64_t HighBits = 0x8080808080808080ULL;
+const uint64_t LowBits = 0x7f7f7f7f7f7f7f7fULL;
+
+// The high bit of each byte of `x` below `n` (n <= 128), exactly, byte by byte.
+inline uint64_t bytesBelow(uint64_t x, unsigned n) {
+    return ~(((x & LowBits) + (0x80 - n) * EachByte) | x) & HighBits;
+}
+
+// Skips groups of eight bytes of plain text: no byte below "!" except lone
+// blanks (followed by a byte of "!" or above), and no "<". Conservative: it
+// stops early at anything doubtful, which the byte loop then examines.
+inline char* skipPlainText(char* p, const char* end) {
+    const unsigned FirstPrintable = 0x21;
+    while (end - p > 8) {  // the byte after the group must be readable too
+        uint64_t x;
+        std::memcpy(&x, p, sizeof x);
+        uint64_t low = bytesBelow(x, FirstPrintable);
+        uint64_t blank = bytesBelow(x ^ (' ' * EachByte), 1);
+        uint64_t angle = bytesBelow(x ^ ('<' * EachByte), 1);
+        uint64_t lastHigh = 0x80ULL << 56;
+        uint64_t lowAfter = (low >> 8) | (static_cast<unsigned char>(p[8]) < FirstPrintable ? lastHigh : 0);
+        if ((low & ~blank) | (blank & lowAfter) | angle)
+            break;
+        p += sizeof x;
+    }
+    return p;
+}
+#else
+inline char* skipPlainText(char* p, const char*) { return p; }
+#endif
 
 }  // namespace
 
@@ -71,9 +104,11 @@ TalvoXMLParser::TalvoXMLParser()
       _parseError(false),
       _messenger(nullptr),
       _printer(nullptr),
-      _pushedBack(NoChar),
-      _chunk(),
-      _chunkLength(0),
+      _readsAhead(false),
+      _reachedEnd(false),
+      _next(_block),
+      _end(_block),
+      _block(),
       _stringCut(false) {}
 
 TalvoXMLParser::~TalvoXMLParser() {
@@ -136,9 +171,8 @@ void TalvoXMLParser::setPrinter(TalvoXMLPrinter* printer) {
 int TalvoXMLParser::parseFile(TalvoXMLDocument* document, FILE* file) {
     if (!document || !file)
         return 1;
-    _file = file;
+    _attachFile(file);
     _document = document;
-    _pushedBack = NoChar;
     resetLineNumber();
     resetParseError();
     _resetTermStack();
@@ -150,9 +184,7 @@ int TalvoXMLParser::parseFile(TalvoXMLDocument* document, FILE* file) {
         _raiseSyntaxError(Messages::NonClosedTags);
     // Open nodes are already in the tree: the document alone frees them.
     _resetTermStack();
-    if (_pushedBack != NoChar)
-        ungetc(_pushedBack, _file);
-    _pushedBack = NoChar;
+    _releaseFile();
     if (!_parseError)
         return 0;
     document->reset();
@@ -162,32 +194,94 @@ int TalvoXMLParser::parseFile(TalvoXMLDocument* document, FILE* file) {
 // --- Reading. The helpers of the hot loops are defined inline so that
 // calls within this file do not go through the library's symbol table.
 
-inline int TalvoXMLParser::_getChar() {
-    int c;
-    if (_pushedBack != NoChar) {
-        c = _pushedBack;
-        _pushedBack = NoChar;
+void TalvoXMLParser::_attachFile(FILE* file) {
+    _file = file;
+    _reachedEnd = false;
+    _next = _end = _block;
+    *_end = '\0';
+#if defined(_WIN32)
+    _readsAhead = false;  // text-mode offsets are not byte counts there
+#else
+    int savedErrno = errno;  // a failed ftell (a pipe) is an answer, not an error
+    _readsAhead = std::ftell(file) >= 0;
+    errno = savedErrno;
+#endif
+}
+
+// Gives the file back positioned just after the last character consumed.
+// Until the parse itself met the end, the seek also clears the end-of-file
+// flag that a short block read may have set.
+void TalvoXMLParser::_releaseFile() {
+    long unread = static_cast<long>(_end - _next);
+    if (_readsAhead && !_reachedEnd)
+        std::fseek(_file, -unread, SEEK_CUR);
+    else if (!_readsAhead && unread > 0)
+        std::ungetc(static_cast<unsigned char>(*_next), _file);
+    _next = _end = _block;
+    *_end = '\0';
+}
+
+// Reads the next block (one character when the file cannot be read ahead);
+// false at the end of the file. Only called once the block is used up.
+bool TalvoXMLParser::_fill() {
+    size_t count = 0;
+    if (_readsAhead) {
+        count = std::fread(_block, 1, BlockSize, _file);
     } else {
-        c = TALVO_GETC(_file);
+        int c = std::getc(_file);
+        if (c != EOF)
+            _block[count++] = static_cast<char>(c);
     }
+    _next = _block;
+    _end = _block + count;
+    *_end = '\0';
+    if (count == 0)
+        _reachedEnd = true;
+    return count > 0;
+}
+
+inline int TalvoXMLParser::_getChar() {
+    if (_next == _end && !_fill())
+        return EOF;
+    int c = static_cast<unsigned char>(*_next++);
     if (c == '\n')
         ++_lineNumber;
     return c;
 }
 
-// Every construct gives back at most the one character it has just read.
+// Gives back the character just read, which is still in the block.
 inline void TalvoXMLParser::_ungetChar(int c) {
     if (c == EOF)
         return;
-    _pushedBack = c;
+    --_next;
     if (c == '\n')
         --_lineNumber;
 }
 
 inline bool TalvoXMLParser::_isAtEnd() {
-    int c = _getChar();
-    _ungetChar(c);
-    return c == EOF;
+    return _next == _end && !_fill();
+}
+
+// Most calls find no white space at all: that case costs one test.
+inline void TalvoXMLParser::_parseSpaces() {
+    if (classOf(*_next) & Space)
+        _skipSpaces();
+    else if (_next == _end && _fill())
+        _parseSpaces();
+}
+
+void TalvoXMLParser::_skipSpaces() {
+    for (;;) {
+        char* p = _next;
+        while (classOf(*p) & Space) {
+            if (*p == '\n')
+                ++_lineNumber;
+            ++p;
+        }
+        _next = p;
+        if (p != _end || !_fill())
+            return;
+    }
 }
 
 // --- Collecting names, values and texts.
@@ -195,32 +289,75 @@ inline bool TalvoXMLParser::_isAtEnd() {
 void TalvoXMLParser::_beginString() {
     if (_lastString)
         _lastString->reset();
-    _chunkLength = 0;
     _stringCut = false;
 }
 
 // A NUL byte ends what a raw string can show: whatever follows it in the
 // same string is dropped.
 inline void TalvoXMLParser::_appendChar(int c) {
-    if (c == '\0') {
-        _endString();
-        _stringCut = true;
+    if (_stringCut || !_lastString)
         return;
-    }
-    _chunk[_chunkLength++] = static_cast<char>(c);
-    if (_chunkLength == ChunkSize)
-        _endString();
+    if (c == '\0')
+        _stringCut = true;
+    else
+        _lastString->append(static_cast<char>(c));
 }
 
-// Hands the gathered characters to `_lastString`.
-void TalvoXMLParser::_endString() {
-    if (_chunkLength == 0 || !_lastString || _stringCut) {
-        _chunkLength = 0;
+// Appends `length` bytes of the block at `run` (holding no NUL). Each piece
+// is terminated in place for the moment of the append: the byte after a run
+// is always inside the block or its sentinel.
+void TalvoXMLParser::_appendRun(char* run, size_t length) {
+    if (_stringCut || !_lastString)
+        return;
+    if (length <= ShortRun) {  // names and most values: cheaper byte by byte
+        for (size_t i = 0; i < length; ++i)
+            _lastString->append(run[i]);
         return;
     }
-    _chunk[_chunkLength] = '\0';
-    _lastString->append(_chunk);
-    _chunkLength = 0;
+    while (length > 0) {
+        size_t piece = length < LongestPiece ? length : LongestPiece;
+        char saved = run[piece];
+        run[piece] = '\0';
+        _lastString->append(static_cast<const char*>(run));
+        run[piece] = saved;
+        run += piece;
+        length -= piece;
+    }
+}
+
+// Appends the input up to the first character of a class in `stops`, which
+// is left unread and returned; EOF when the file ends first. Newlines on the
+// way count lines; a NUL byte cuts the string and is skipped.
+int TalvoXMLParser::_collectRun(int stops) {
+    char* p = _next;
+    for (;;) {
+        if (stops & TextStop)
+            p = skipPlainText(p, _end);
+        while (!(classOf(*p) & (stops | Newline | Nul)))
+            ++p;
+        int c = static_cast<unsigned char>(*p);
+        if (c == '\n' && !(classOf(*p) & stops)) {
+            ++_lineNumber;
+            ++p;
+            continue;
+        }
+        if (c == ' ' && (stops & TextStop) && p + 1 < _end && !(classOf(p[1]) & Space)) {
+            ++p;  // a lone blank is its own collapsed run: keep it in the run
+            continue;
+        }
+        _appendRun(_next, static_cast<size_t>(p - _next));
+        _next = p;
+        if (c != '\0' || (classOf(*p) & stops))
+            return c;
+        if (p == _end) {
+            if (!_fill())
+                return EOF;
+        } else {
+            _stringCut = true;
+            ++_next;
+        }
+        p = _next;
+    }
 }
 
 const char* TalvoXMLParser::_lastText() {
@@ -254,14 +391,6 @@ void TalvoXMLParser::_parseHeader() {
     }
 }
 
-void TalvoXMLParser::_parseSpaces() {
-    int c;
-    do
-        c = _getChar();
-    while (is(c, Space));
-    _ungetChar(c);
-}
-
 // One item: a text, a node's opening tag, a CDATA section, a comment or
 // declaration, or a closing tag.
 void TalvoXMLParser::_parseTag() {
@@ -292,37 +421,21 @@ void TalvoXMLParser::_parseTag() {
     }
 }
 
-// Up to the next "<", which is given back; each white-space run is one blank.
+// Up to the next "<", which is left unread; each white-space run is one blank.
 void TalvoXMLParser::_parseText(int first) {
     _beginString();
-    int c = first;
+    _appendChar(first);
     for (;;) {
-        if (c >= 0 && !(CharClasses.classes[c] & TextStop)) {  // the common case first
-            _chunk[_chunkLength++] = static_cast<char>(c);
-            if (_chunkLength == ChunkSize)
-                _endString();
-            c = _getChar();
-            continue;
-        }
+        int c = _collectRun(TextStop);
         if (c == EOF) {
             _raiseSyntaxError(Messages::UnexpectedEndOfFile);
             return;
         }
-        if (c == '<') {
-            _ungetChar(c);
+        if (c == '<')
             break;
-        }
-        if (is(c, Space)) {
-            _appendChar(' ');
-            do
-                c = _getChar();
-            while (is(c, Space));
-            continue;
-        }
-        _appendChar(c);
-        c = _getChar();
+        _appendChar(' ');
+        _parseSpaces();
     }
-    _endString();
     _newTerm(TalvoXMLTerm::text);
 }
 
@@ -363,17 +476,21 @@ void TalvoXMLParser::_parseKeyword() {
         _raiseSyntaxError(Messages::CharExpected);
         return;
     }
+    _ungetChar(c);  // the letter is the first byte of the run
     _beginString();
-    do {
-        _appendChar(c);
-        c = _getChar();
-    } while (is(c, NameChar));
-    if (c == EOF) {
-        _raiseSyntaxError(Messages::UnexpectedEndOfFile);
-        return;
+    for (;;) {
+        char* p = _next;
+        while (classOf(*p) & NameChar)
+            ++p;
+        _appendRun(_next, static_cast<size_t>(p - _next));
+        _next = p;
+        if (p != _end)
+            return;  // the character that ends the name stays unread
+        if (!_fill()) {
+            _raiseSyntaxError(Messages::UnexpectedEndOfFile);
+            return;
+        }
     }
-    _ungetChar(c);
-    _endString();
 }
 
 // name = "value", appended to `term`'s attributes.
@@ -410,17 +527,11 @@ void TalvoXMLParser::_parseString() {
         return;
     }
     _beginString();
-    for (;;) {
-        int c = _getChar();
-        if (c == EOF) {
-            _raiseSyntaxError(Messages::UnexpectedEndOfFile);
-            return;
-        }
-        if (c == '"')
-            break;
-        _appendChar(c);
+    if (_collectRun(QuoteStop) == EOF) {
+        _raiseSyntaxError(Messages::UnexpectedEndOfFile);
+        return;
     }
-    _endString();
+    ++_next;  // the closing quote
 }
 
 // After "<!": "--...-->" keeps its dashes; anything else up to ">" (a
@@ -456,7 +567,6 @@ void TalvoXMLParser::_parseComment() {
             _appendChar(c);
         }
     }
-    _endString();
     _newTerm(TalvoXMLTerm::comment);
 }
 
@@ -494,7 +604,6 @@ void TalvoXMLParser::_parseCData() {
         }
         int third = _getChar();
         if (third == '>') {
-            _endString();
             _newTerm(TalvoXMLTerm::CDATA);
             return;
         }

@@ -1,23 +1,30 @@
 // TalvoXMLParser: reads a file of XML text into a TalvoXMLDocument.
 //
-// A hand-written reader over a runtime FILE, one character at a time, for a
-// deliberately narrow dialect: the file opens with a "<?...?>" declaration;
-// attribute values are double-quoted; no character or entity reference is
-// decoded; white-space runs in texts collapse to one blank; comments and
-// "<!...>" declarations are both kept as comment terms. It counts lines and
-// stops at the first syntax error, which it reports on its error stream with
-// a text from its messenger (codes 1001 to 1013), leaving the document empty.
+// A hand-written reader over a runtime FILE for a deliberately narrow
+// dialect: the file opens with a "<?...?>" declaration; attribute values are
+// double-quoted; no character or entity reference is decoded; white-space
+// runs in texts collapse to one blank; comments and "<!...>" declarations
+// are both kept as comment terms. It counts lines and stops at the first
+// syntax error, which it reports on its error stream with a text from its
+// messenger (codes 1001 to 1013), leaving the document empty.
 //
-// Layout: the file and document being worked on, the optional input file
-// name, the line number of the next unread character, the default error
-// stream (standard error) and an optional replacement, `_lastString` (the
-// name, value or text just read), a growable stack of the open node terms,
-// the error flag, and the messenger and printer, both owned and made on
-// first use.
+// Layout: the file and document being worked on, a block of read-ahead
+// input, the optional input file name, the line number of the next unread
+// character, the default error stream (standard error) and an optional
+// replacement, `_lastString` (the name, value or text just read), a growable
+// stack of the open node terms, the error flag, and the messenger and
+// printer, both owned and made on first use.
 // Invariant: every term the parser makes is attached to the document at
 // once (as a root, or as the last child of the open node on top of the
 // stack), so the document alone owns the tree, on success and on failure.
 // Open nodes live on an explicit stack: nesting is bounded only by memory.
+// Read-ahead: a regular (seekable) file is read a block at a time and the
+// scanners work on runs of the block; when the parse stops early the unread
+// rest of the block is given back by seeking, so the file is left exactly
+// where a reader of one character at a time would have left it. Any other
+// file (a pipe, a terminal) is read one character at a time, so the parser
+// never waits for input it does not need; at most one character is then
+// given back, with ungetc.
 #pragma once
 
 #include <talvo/foundation/TalvoExport.h>
@@ -100,6 +107,9 @@ public:
 
 private:
     // Reading, with line counting.
+    void _attachFile(FILE* file);
+    void _releaseFile();
+    bool _fill();
     int _getChar();
     void _ungetChar(int c);
     bool _isAtEnd();
@@ -107,13 +117,15 @@ private:
     // Collecting `_lastString`.
     void _beginString();
     void _appendChar(int c);
-    void _endString();
+    void _appendRun(char* run, size_t length);
+    int _collectRun(int stops);
     const char* _lastText();
 
     // One function per construct, each leaving the reader just after it.
     void _parseHeader();
     void _parseTag();
     void _parseSpaces();
+    void _skipSpaces();
     void _parseText(int first);
     void _parseNode();
     void _parseKeyword();
@@ -138,7 +150,8 @@ private:
     void _raiseAlert(int type, const char* text, const char* argument, TalvoXMLTerm* term);
     void _putReportHeader(TalvoStream* stream, int type, int line);
 
-    static const int ChunkSize = 256;
+    // Bytes read ahead at a time from a seekable file.
+    static const int BlockSize = 16 * 1024;
 
     FILE* _file;
     char* _inputFileName;
@@ -153,13 +166,16 @@ private:
     bool _parseError;
     TalvoXMLParserMessenger* _messenger;
     TalvoXMLPrinter* _printer;
-    // The character given back by _ungetChar, NoChar when none; it goes
-    // back to the file when a parse stops early.
-    int _pushedBack;
-    // Characters are gathered here and handed to `_lastString` a chunk at a
-    // time; `_chunkLength` counts them, `_stringCut` is set by a NUL byte,
-    // after which a raw string cannot show anything more.
-    char _chunk[ChunkSize + 1];
-    int _chunkLength;
+    // True when the file can be read ahead and sought back.
+    bool _readsAhead;
+    // True once a read found the end of the file.
+    bool _reachedEnd;
+    // The unread input is [_next, _end) in `_block`; *_end is always a NUL
+    // sentinel, so a scanner needs no bounds test inside its loop.
+    char* _next;
+    char* _end;
+    char _block[BlockSize + 1];
+    // Set by a NUL byte: a raw string cannot show anything after it, so the
+    // rest of the current string is read but not kept.
     bool _stringCut;
 };

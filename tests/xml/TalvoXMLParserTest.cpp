@@ -10,6 +10,11 @@
 
 #include <cstdio>
 #include <string>
+#include <vector>
+
+#if !defined(_WIN32)
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -56,6 +61,33 @@ Outcome parse(const std::string& xml, const char* name = nullptr) {
 }
 
 const std::string Header = "<?xml version=\"1.0\"?>\n";
+
+// Everything `file` still holds from its current position.
+std::string restOf(FILE* file) {
+    std::string rest;
+    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file))
+        rest += static_cast<char>(c);
+    return rest;
+}
+
+// A comment long enough to push what follows past the first read-ahead block.
+std::string padding(size_t size) { return "<!--" + std::string(size, 'p') + "-->\n"; }
+
+// The text the parser stores for `raw`: each white-space run one blank, the
+// leading run dropped.
+std::string collapsed(const std::string& raw) {
+    std::string text;
+    bool inRun = true;
+    for (char c : raw) {
+        bool space = c == ' ' || (c >= '\t' && c <= '\r');
+        if (space && !inRun)
+            text += ' ';
+        else if (!space)
+            text += c;
+        inRun = space;
+    }
+    return text;
+}
 
 std::string syntaxError(int line, const char* text) {
     return "SYNTAX ERROR [line " + std::to_string(line) + "]:\n" + text + "\n";
@@ -551,4 +583,143 @@ TEST(TalvoXMLParser, OwnsItsPrinterAndMessenger) {
     parser->setErrorFile(nullptr);
     EXPECT_EQ(parser->getErrorStream(), nullptr);
     delete parser;
+}
+
+// --- Reading ahead: results, lines and what is left in the file.
+
+struct StopCase {
+    const char* body;  // after the header and the padding
+    const char* rest;  // what the file still holds after the failed parse
+};
+
+const StopCase StopCases[] = {
+    {"<a x='1'/>tail", "1'/>tail"},
+    {"<a $>tail", ">tail"},
+    {"<a>\n<b></a>tail", "tail"},
+    {"<a/></b>\ntail", "\ntail"},
+    {"<1>tail", ">tail"},
+    {"<!-x>tail", ">tail"},
+};
+
+TEST(TalvoXMLParser, FailedParseLeavesTheFileJustAfterTheLastCharacterRead) {
+    for (size_t size : {size_t(0), size_t(5000), size_t(40000)}) {
+        for (const StopCase& c : StopCases) {
+            std::string xml = Header + padding(size) + c.body;
+            writeFile("in.xml", xml);
+            FILE* in = std::fopen("in.xml", "rb");
+            FILE* errors = std::fopen("errors.txt", "wb");
+            TalvoXMLParser* parser = new TalvoXMLParser();
+            parser->setErrorFile(errors);
+            TalvoXMLDocument* document = new TalvoXMLDocument();
+            EXPECT_EQ(parser->parseFile(document, in), 1) << c.body;
+            EXPECT_FALSE(std::feof(in)) << c.body;
+            EXPECT_EQ(std::ftell(in), static_cast<long>(xml.size() - std::string(c.rest).size())) << c.body;
+            EXPECT_EQ(restOf(in), c.rest) << size << " " << c.body;
+            delete document;
+            delete parser;
+            std::fclose(errors);
+            std::fclose(in);
+        }
+    }
+}
+
+TEST(TalvoXMLParser, SuccessfulParseReadsToTheEnd) {
+    writeFile("in.xml", Header + padding(40000) + "<a>x</a>\n");
+    FILE* in = std::fopen("in.xml", "rb");
+    TalvoXMLParser* parser = new TalvoXMLParser();
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    EXPECT_EQ(parser->parseFile(document, in), 0);
+    EXPECT_TRUE(std::feof(in));
+    EXPECT_EQ(std::fgetc(in), EOF);
+    delete document;
+    delete parser;
+    std::fclose(in);
+}
+
+#if !defined(_WIN32)
+// A pipe cannot be sought back: it is read one character at a time, and the
+// one character given back on a failure stays readable.
+TEST(TalvoXMLParser, PipeInputGivesTheSameResultsAndRest) {
+    for (const StopCase& c : StopCases) {
+        std::string xml = Header + padding(5000) + c.body;
+        int ends[2];
+        ASSERT_EQ(pipe(ends), 0);
+        ASSERT_EQ(write(ends[1], xml.data(), xml.size()), static_cast<ssize_t>(xml.size()));  // fits the pipe
+        close(ends[1]);
+        FILE* in = fdopen(ends[0], "rb");
+        FILE* errors = std::fopen("errors.txt", "wb");
+        TalvoXMLParser* parser = new TalvoXMLParser();
+        parser->setErrorFile(errors);
+        TalvoXMLDocument* document = new TalvoXMLDocument();
+        EXPECT_EQ(parser->parseFile(document, in), 1) << c.body;
+        EXPECT_EQ(restOf(in), c.rest) << c.body;
+        delete document;
+        delete parser;
+        std::fclose(errors);
+        std::fclose(in);
+        EXPECT_EQ(readFile("errors.txt"), parse(xml).report) << c.body;  // the same report as from a file
+    }
+}
+#endif
+
+TEST(TalvoXMLParser, LineNumbersHoldAcrossReadBlocks) {
+    // Elements of varied lengths and line counts, so block ends fall everywhere:
+    // inside names, values, texts and white-space runs.
+    std::string xml = Header + "<r>\n";
+    int line = 3;
+    std::vector<int> lines;
+    unsigned seed = 7;
+    for (int i = 0; i < 3000; ++i) {
+        seed = seed * 1103515245u + 12345u;
+        int newlines = static_cast<int>((seed >> 16) % 3);
+        lines.push_back(line);
+        xml += "<element" + std::to_string(i) + (newlines ? "\n" : " ") + "v=\"" +
+               std::string((seed >> 8) % 40, 'v') + std::string(static_cast<size_t>(newlines), '\n') + "\"/>";
+        line += (newlines ? 1 : 0) + newlines;
+        xml += std::string((seed >> 4) % 7, ' ') + "\n";
+        ++line;
+    }
+    xml += "</r>\n";
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    std::string report;
+    ASSERT_EQ(parseInto(document, xml, &report), 0) << report;
+    TalvoXMLTerm* r = document->findRoot("r");
+    ASSERT_EQ(r->getNumberOfNodeChildren(), 3000);
+    int wrong = 0;
+    for (int i = 0; i < 3000; ++i)
+        wrong += r->getNthNodeChild(i + 1)->getLineNumber() != lines[static_cast<size_t>(i)];
+    EXPECT_EQ(wrong, 0);
+    delete document;
+}
+
+TEST(TalvoXMLParser, ShortAndHugeTextsKeepTheirContent) {
+    std::string huge;
+    const char* const blanks[] = {" ", "  ", "\n", " \n\t ", "\r\n", "\t"};
+    unsigned seed = 11;
+    while (huge.size() < 200000) {
+        seed = seed * 1103515245u + 12345u;
+        huge += std::string(1 + (seed >> 8) % 30, static_cast<char>('a' + (seed >> 4) % 26));
+        huge += blanks[(seed >> 12) % 6];
+    }
+    const std::string texts[] = {"x", "xy", " x ", huge, huge + "z"};
+    for (const std::string& raw : texts) {
+        TalvoXMLDocument* document = new TalvoXMLDocument();
+        std::string report;
+        ASSERT_EQ(parseInto(document, Header + "<a>" + raw + "</a><b/>", &report), 0) << report;
+        TalvoXMLTerm* a = document->findRoot("a");
+        ASSERT_NE(a, nullptr);
+        EXPECT_EQ(std::string(a->getNthChild(0)->getText()), collapsed(raw)) << raw.size();
+        delete document;
+    }
+    // A huge value and a huge name read as they stand.
+    std::string value(70000, 'q');
+    value[30000] = '\n';
+    std::string name = "n" + std::string(50000, '.');
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    std::string report;
+    std::string xml = Header + "<" + name + " v=\"" + value + "\"/>\n<c/>";
+    ASSERT_EQ(parseInto(document, xml, &report), 0) << report;
+    EXPECT_STREQ(document->findRoot(name.c_str())->getAttributeValue("v"), value.c_str());
+    EXPECT_EQ(document->findRoot("c")->getLineNumber(), 4);
+    delete document;
 }
