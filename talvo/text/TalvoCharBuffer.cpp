@@ -51,19 +51,17 @@ bool TalvoCharBuffer::_grow(int capacity, char** previous) {
     return true;
 }
 
-void TalvoCharBuffer::append(char c) {
-    if (_length >= _capacity - 1) {
-        // One step of the increment is the rule; with an increment of 1 a
-        // single step leaves no room for the terminator, so step until both fit.
-        int capacity = _capacity;
-        while (_length >= capacity - 1)
-            capacity += _increment;
-        char* previous = nullptr;
-        if (!_grow(capacity, &previous))
-            return;
-        if (previous)
-            TalvoRawString::free(previous);
-    }
+void TalvoCharBuffer::_appendGrowing(char c) {
+    // One step of the increment is the rule; with an increment of 1 a single
+    // step leaves no room for the terminator, so step until both fit.
+    long long capacity = _capacity;
+    while (_length >= capacity - 1)
+        capacity += _increment;
+    char* previous = nullptr;
+    if (capacity > INT32_MAX || !_grow(static_cast<int>(capacity), &previous))
+        return;
+    if (previous)
+        TalvoRawString::free(previous);
     _string[_length++] = c;
     _string[_length] = '\0';
 }

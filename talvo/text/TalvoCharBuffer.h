@@ -31,7 +31,14 @@ public:
     static void free(void* buffer);
 
     // Appends one byte, growing the block by the increment when full.
-    void append(char c);
+    void append(char c) {
+        if (_length < _capacity - 1) {
+            _string[_length++] = c;
+            _string[_length] = '\0';
+        } else {
+            _appendGrowing(c);
+        }
+    }
     // Appends a copy of `string`; null appends nothing. Even the empty string
     // makes a buffer that never allocated take its first block. O(length).
     void append(const char* string);
@@ -67,6 +74,8 @@ public:
     int getLength() const { return _length; }
 
 private:
+    // append(char) when the block is full or not yet allocated.
+    void _appendGrowing(char c);
     // Appends `count` bytes of `bytes` (which need no terminator).
     void _append(const char* bytes, int count);
     // Moves the text into a new zero-filled block of `capacity` bytes and

@@ -10,6 +10,25 @@
 #  define TALVO_PUTC putc_unlocked
 #endif
 
+namespace {
+
+// A byte moved within the FILE's own buffer needs no call at all, which keeps
+// getChar and put(char) leaf functions on their common path. Where the
+// buffer is not visible, every byte takes the stdio call.
+#if defined(__GLIBC__)
+bool canTakeBufferedByte(FILE* f) { return f->_IO_read_ptr < f->_IO_read_end; }
+char takeBufferedByte(FILE* f) { return *f->_IO_read_ptr++; }
+bool canPutBufferedByte(FILE* f) { return f->_IO_write_ptr < f->_IO_write_end; }
+void putBufferedByte(FILE* f, char c) { *f->_IO_write_ptr++ = c; }
+#else
+bool canTakeBufferedByte(FILE*) { return false; }
+char takeBufferedByte(FILE*) { return -1; }
+bool canPutBufferedByte(FILE*) { return false; }
+void putBufferedByte(FILE*, char) {}
+#endif
+
+}  // namespace
+
 TalvoFileStream::TalvoFileStream(bool isReading, FILE* file) : TalvoStream(isReading), _file(file) {}
 
 TalvoFileStream::~TalvoFileStream() {
@@ -21,19 +40,23 @@ FILE* TalvoFileStream::getFile() {
 }
 
 char TalvoFileStream::getChar() {
+    if (_isReading && _file && !_traceStream && !_hasPushBack() && canTakeBufferedByte(_file)) {
+        char c = takeBufferedByte(_file);
+        _addLines(c == '\n');  // branch-free: newlines come at random
+        return c;
+    }
+    return _getCharSlowly();
+}
+
+char TalvoFileStream::_getCharSlowly() {
     if (!_isReading || !_file)
         return -1;
-    char c;
-    if (_hasPushBack()) {
-        c = _popPushBack();
-    } else {
-        int byte = TALVO_GETC(_file);
-        if (byte == EOF && std::feof(_file))
-            return -1;
-        c = static_cast<char>(byte);
-    }
-    _noteRead(c);
-    return c;
+    if (_hasPushBack())
+        return _noteAndEcho(_popPushBack());
+    int byte = TALVO_GETC(_file);
+    if (byte == EOF && std::feof(_file))
+        return -1;
+    return _noteAndEcho(static_cast<char>(byte));
 }
 
 void TalvoFileStream::unGetChar(char c) {
@@ -83,6 +106,14 @@ void TalvoFileStream::put(int value) {
 }
 
 void TalvoFileStream::put(char c) {
+    if (!_isReading && _file && !_traceStream && canPutBufferedByte(_file)) {
+        putBufferedByte(_file, c);
+        return;
+    }
+    _putCharSlowly(c);
+}
+
+void TalvoFileStream::_putCharSlowly(char c) {
     if (!_canWrite())
         return;
     TALVO_PUTC(c, _file);

@@ -6,8 +6,9 @@
 // characters first, then bytes from the file; a byte 0xFF reads as the end,
 // as -1 does for any char-valued reader.
 //
-// Bytes move with the unlocked stdio calls: a stream, like the rest of the
-// library, belongs to one thread at a time.
+// Bytes move without the stdio lock (straight through the FILE's buffer
+// where the C library shows it, else with the unlocked calls): a stream, like
+// the rest of the library, belongs to one thread at a time.
 #pragma once
 
 #include <talvo/text/TalvoStream.h>
@@ -53,6 +54,10 @@ public:
     void close() override;
 
 private:
+    // The general paths behind getChar and put(char): give-backs, the trace
+    // echo, buffer refills and drains, the end of the file.
+    char _getCharSlowly();
+    void _putCharSlowly(char c);
     bool _canWrite() const { return !_isReading && _file; }
 
     FILE* _file;

@@ -18,7 +18,7 @@ TalvoRawStringStream::~TalvoRawStringStream() {
 void TalvoRawStringStream::_noFlush(char**, int*) {}
 
 char TalvoRawStringStream::getChar() {
-    if (_isReading == false || !_buffer)
+    if (!_isReading || !_buffer)
         return -1;
     bool givenBack = _hasPushBack();
     char c;
@@ -37,8 +37,7 @@ char TalvoRawStringStream::getChar() {
     // but never past the end of the text.
     if (!givenBack || _peek() != '\0')
         ++_current;
-    _noteRead(c);
-    return c;
+    return _noteAndEcho(c);
 }
 
 void TalvoRawStringStream::unGetChar(char c) {

@@ -184,8 +184,20 @@ void TalvoStream::_giveBack(char c) {
     if (_pushBack)
         _pushBack->append(c);
     if (c == '\n')
-        --_lineNumber;
+        _addLines(-1);
     _echo(c);
+}
+
+char TalvoStream::_noteAndEcho(char c) {
+    if (c == '\n')
+        _addLines(1);
+    _echo(c);
+    return c;
+}
+
+char TalvoStream::_echoed(char c) {
+    _traceStream->put(c);
+    return c;
 }
 
 void TalvoStream::_deletePushBack() {

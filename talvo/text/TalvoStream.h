@@ -113,12 +113,13 @@ protected:
     char _popPushBack() { return _pushBack->popChar(); }
     // Appends `c` to the give-back buffer, uncounts a newline, echoes `c`.
     void _giveBack(char c);
-    // Counts a newline and echoes a character just read.
-    void _noteRead(char c) {
-        if (c == '\n')
-            ++_lineNumber;
-        if (_traceStream)
-            _traceStream->put(c);
+    // Counts a newline and echoes a character just read; returns it.
+    char _noteAndEcho(char c);
+    // Echoes `c` to the trace stream (which must be set); returns it.
+    char _echoed(char c);
+    // Adds `delta` to the line number, wrapping in 32 bits.
+    void _addLines(int delta) {
+        _lineNumber = static_cast<int>(static_cast<unsigned>(_lineNumber) + static_cast<unsigned>(delta));
     }
     void _echo(char c) {
         if (_traceStream)

@@ -143,3 +143,27 @@ TEST(TalvoCharBuffer, Compare_NeverAllocatedSortsFirst) {
     for (const Case& c : cases)
         EXPECT_EQ(c.left->compare(c.right), c.expected);
 }
+
+TEST(TalvoCharBuffer, Growth_MovesBlockOnlyWhenIncrementStepIsDue) {
+    TalvoCharBuffer buffer(4);
+    buffer.append('a');  // first block: 4 bytes
+    const char* block = buffer.getString();
+    buffer.append('b');
+    buffer.append('c');
+    EXPECT_EQ(buffer.getString(), block);  // "abc" and the terminator fill it
+    buffer.append('d');
+    EXPECT_NE(buffer.getString(), block);  // 8 bytes now
+    block = buffer.getString();
+    buffer.append("efg");
+    EXPECT_EQ(buffer.getString(), block);
+    buffer.append("");
+    EXPECT_EQ(buffer.getString(), block);
+    buffer.append("hijklmnop");  // 7 + 9 + 1 bytes: three steps to 20, one move
+    EXPECT_NE(buffer.getString(), block);
+    block = buffer.getString();
+    buffer.append('q');
+    buffer.append('r');
+    buffer.append('s');
+    EXPECT_EQ(buffer.getString(), block);
+    EXPECT_STREQ(buffer.getString(), "abcdefghijklmnopqrs");
+}

@@ -3,11 +3,23 @@
 #include <talvo/foundation/TalvoRawString.h>
 #include <talvo/text/TalvoFile.h>
 
+#include <dirent.h>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
+
+// Makes an empty directory `name`, clearing one left by an earlier run.
+bool freshDirectory(const char* name) {
+    if (DIR* dir = opendir(name)) {
+        while (dirent* entry = readdir(dir))
+            unlink((std::string(name) + "/" + entry->d_name).c_str());
+        closedir(dir);
+        rmdir(name);
+    }
+    return mkdir(name, 0755) == 0;
+}
 
 // Paths a shell would split, expand or run something from.
 const char* const kAwkwardNames[] = {
@@ -36,7 +48,7 @@ Answers answersFor(const char* path) {
 TEST(TalvoFile, Predicates_OnFileDirectoryAndMissingPath) {
     talvo_test::writeFile("five.txt", "12345");
     talvo_test::writeFile("empty.txt", "");
-    ASSERT_EQ(mkdir("folder", 0755), 0);
+    ASSERT_TRUE(freshDirectory("folder"));
     struct Case {
         const char* path;
         Answers expected;
@@ -76,7 +88,7 @@ TEST(TalvoFile, Remove_DeletesFilesButNotDirectories) {
     EXPECT_EQ(TalvoFile::remove("gone.txt"), 0);
     EXPECT_FALSE(TalvoFile::exists("gone.txt"));
     EXPECT_NE(TalvoFile::remove("gone.txt"), 0);
-    ASSERT_EQ(mkdir("folder", 0755), 0);
+    ASSERT_TRUE(freshDirectory("folder"));
     EXPECT_NE(TalvoFile::remove("folder"), 0);
     EXPECT_TRUE(TalvoFile::exists("folder"));
     EXPECT_NE(TalvoFile::remove(nullptr), 0);
@@ -99,7 +111,7 @@ TEST(TalvoFile, RemoveAndRename_TakeAwkwardPathsLiterally) {
 TEST(TalvoFile, Rename_IntoExistingDirectoryAndOverExistingFile) {
     talvo_test::writeFile("a.txt", "A");
     talvo_test::writeFile("b.txt", "B");
-    ASSERT_EQ(mkdir("dir", 0755), 0);
+    ASSERT_TRUE(freshDirectory("dir"));
     EXPECT_EQ(TalvoFile::rename("a.txt", "dir"), 0);
     EXPECT_EQ(talvo_test::readFile("dir/a.txt"), "A");
     EXPECT_EQ(TalvoFile::rename("b.txt", "dir/a.txt"), 0);

@@ -238,3 +238,32 @@ TEST(TalvoStream, Close_SparesStandardStreams) {
     EXPECT_NE(fcntl(fileno(stdout), F_GETFD), -1);
     EXPECT_EQ(std::fflush(stdout), 0);
 }
+
+TEST(TalvoStream, TraceStream_SwitchedMidStreamKeepsByteOrder) {
+    RecordingStream trace;
+    EXPECT_EQ(written([&](TalvoStream& s) {
+                  s.put("ab");
+                  s.setTraceStream(&trace);
+                  s.put("cd");
+                  s.resetTraceStream();
+                  s.put("ef");
+              }),
+              "abcdef");
+    EXPECT_EQ(trace.text, "cd");
+
+    talvo_test::writeFile("in.txt", "uvwxyz\n");
+    TalvoFileStream stream(true, std::fopen("in.txt", "rb"));
+    RecordingStream readTrace;
+    std::string read;
+    read += stream.getChar();
+    read += stream.getChar();
+    stream.setTraceStream(&readTrace);
+    read += stream.getChar();
+    stream.resetTraceStream();
+    for (char c = stream.getChar(); c != -1; c = stream.getChar())
+        read += c;
+    EXPECT_EQ(read, "uvwxyz\n");
+    EXPECT_EQ(readTrace.text, "w");
+    EXPECT_EQ(stream.getLineNumber(), 1);
+    stream.close();
+}

@@ -1,0 +1,159 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/text/TalvoUTF8Buffer.h>
+
+#include <string>
+
+namespace {
+
+std::string bytesOf(const TalvoUTF8Buffer& buffer) {
+    if (!buffer.getBytes())
+        return std::string();
+    return std::string(reinterpret_cast<const char*>(buffer.getBytes()),
+                       static_cast<std::size_t>(buffer.getByteLength()));
+}
+
+}  // namespace
+
+TEST(TalvoUTF8Buffer, Append_CountsCharactersAndBytes) {
+    TalvoUTF8Buffer buffer;
+    EXPECT_EQ(buffer.getBytes(), nullptr);
+    buffer.append('\xe9').append('A');
+    EXPECT_EQ(bytesOf(buffer), "\xc3\xa9" "A");
+    EXPECT_EQ(buffer.getByteLength(), 3);
+    EXPECT_EQ(buffer.getLength(), 2);
+    buffer.append(TalvoUTF8Char(0xE2, 0x82, 0xAC, 0)).append("x\xff");
+    EXPECT_EQ(bytesOf(buffer), "\xc3\xa9" "A\xe2\x82\xac" "x\xc3\xbf");
+    EXPECT_EQ(buffer.getLength(), 5);
+    buffer.append("").append(static_cast<const char*>(nullptr));
+    EXPECT_EQ(buffer.getLength(), 5);
+}
+
+TEST(TalvoUTF8Buffer, GetChar_ByCharacterIndex) {
+    TalvoUTF8Buffer buffer;
+    buffer.append('\xe9').append('A');
+    TalvoUTF8Char second = buffer.getChar(1);
+    EXPECT_EQ(second.getByte(0), 0x41);
+    EXPECT_EQ(second.getNumberOfBytes(), 1);
+    TalvoUTF8Char first = buffer.getChar(0);
+    EXPECT_EQ(first.getByte(0), 0xC3);
+    EXPECT_EQ(first.getByte(1), 0xA9);
+    for (int index : {2, 3, -1}) {
+        TalvoUTF8Char none = buffer.getChar(index);
+        EXPECT_EQ(none.getByte(0), 0) << index;
+    }
+}
+
+TEST(TalvoUTF8Buffer, Insert_OnlyFromZeroToLength) {
+    TalvoUTF8Buffer buffer;
+    buffer.append('\xe9').append('A');
+    buffer.insert(3, 'B');
+    EXPECT_EQ(bytesOf(buffer), "\xc3\xa9" "A");
+    buffer.insert(-1, 'B');
+    EXPECT_EQ(buffer.getLength(), 2);
+    buffer.insert(2, 'B');
+    EXPECT_EQ(bytesOf(buffer), "\xc3\xa9" "AB");
+    buffer.insert(1, '\xe8');
+    buffer.insert(0, TalvoUTF8Char(0xF0, 0x9F, 0x98, 0x80));
+    EXPECT_EQ(bytesOf(buffer), "\xf0\x9f\x98\x80\xc3\xa9\xc3\xa8" "AB");
+    EXPECT_EQ(buffer.getLength(), 5);
+}
+
+TEST(TalvoUTF8Buffer, InsertText_EachByteIsOneCharacter) {
+    struct Case {
+        int index;
+        const char* text;
+        const char* expected;
+        int length;
+    } cases[] = {
+        {0, "ab", "ab12", 4},
+        {1, "\xe9z", "1\xc3\xa9z2", 4},
+        {2, "ab", "12ab", 4},
+        {3, "ab", "12", 2},
+        {-1, "abc", "bc12", 4},  // 'a' had no place; the rest goes to 0, 1
+        {-3, "abc", "12", 2},
+        {0, "", "12", 2},
+    };
+    for (const Case& c : cases) {
+        TalvoUTF8Buffer buffer;
+        buffer.append("12");
+        buffer.insert(c.index, c.text);
+        EXPECT_EQ(bytesOf(buffer), c.expected) << c.index << " " << c.text;
+        EXPECT_EQ(buffer.getLength(), c.length) << c.index << " " << c.text;
+    }
+}
+
+TEST(TalvoUTF8Buffer, Remove_CutsWholeCharacter) {
+    TalvoUTF8Buffer buffer;
+    buffer.append("a\xe9").append(TalvoUTF8Char(0xE2, 0x82, 0xAC, 0)).append('b');
+    buffer.remove(1);
+    EXPECT_EQ(bytesOf(buffer), "a\xe2\x82\xac" "b");
+    buffer.remove(3).remove(-1);
+    EXPECT_EQ(buffer.getLength(), 3);
+    buffer.remove(1);
+    EXPECT_EQ(bytesOf(buffer), "ab");
+    EXPECT_EQ(buffer.getByteLength(), 2);
+    buffer.remove(1).remove(0).remove(0);
+    EXPECT_EQ(buffer.getLength(), 0);
+    EXPECT_EQ(buffer.getByteLength(), 0);
+}
+
+TEST(TalvoUTF8Buffer, Clear_KeepsBlock) {
+    TalvoUTF8Buffer buffer;
+    buffer.append("abc");
+    const unsigned char* block = buffer.getBytes();
+    buffer.clear();
+    EXPECT_EQ(buffer.getLength(), 0);
+    EXPECT_EQ(buffer.getByteLength(), 0);
+    EXPECT_EQ(buffer.getBytes(), block);
+    buffer.append('z');
+    EXPECT_EQ(bytesOf(buffer), "z");
+}
+
+TEST(TalvoUTF8Buffer, AppendBuffer_CopiesBytesAndBothLengths) {
+    TalvoUTF8Buffer a, b;
+    a.append("x");
+    b.append("\xe9y");
+    a.append(b);
+    EXPECT_EQ(bytesOf(a), "x\xc3\xa9y");
+    EXPECT_EQ(a.getLength(), 3);
+    a.append(a);
+    EXPECT_EQ(bytesOf(a), "x\xc3\xa9yx\xc3\xa9y");
+    EXPECT_EQ(a.getLength(), 6);
+}
+
+TEST(TalvoUTF8Buffer, Append_GrowsPastManyBlocks) {
+    TalvoUTF8Buffer buffer;
+    std::string expected;
+    for (int i = 0; i < 500; ++i) {
+        char c = static_cast<char>(i % 2 ? 'a' + i % 26 : 0x80 + i % 64);
+        buffer.append(c);
+        expected += TalvoUTF8Char(c).getNumberOfBytes() == 1 ? std::string(1, c)
+                                                             : std::string{static_cast<char>(0xC2),
+                                                                           static_cast<char>(c)};
+    }
+    EXPECT_EQ(bytesOf(buffer), expected);
+    EXPECT_EQ(buffer.getLength(), 500);
+    TalvoUTF8Buffer* heap = new TalvoUTF8Buffer();
+    heap->append(buffer);
+    TalvoUTF8Buffer::free(heap);
+    TalvoUTF8Buffer::free(nullptr);
+}
+
+TEST(TalvoUTF8Buffer, Reserve_AddsThirtyTwoTimesNeededOverThirtyTwoPlusOne) {
+    TalvoUTF8Buffer buffer;
+    buffer.append('a');  // needs 1: capacity 0 + 32 * 1
+    const unsigned char* block = buffer.getBytes();
+    for (int i = 1; i < 32; ++i)
+        buffer.append('a');
+    EXPECT_EQ(buffer.getBytes(), block);
+    buffer.append('a');  // needs 33: capacity 32 + 32 * 2 = 96
+    EXPECT_NE(buffer.getBytes(), block);
+    block = buffer.getBytes();
+    for (int i = 33; i < 96; ++i)
+        buffer.append('a');
+    EXPECT_EQ(buffer.getBytes(), block);
+    buffer.append('a');
+    EXPECT_NE(buffer.getBytes(), block);
+    EXPECT_EQ(buffer.getByteLength(), 97);
+}

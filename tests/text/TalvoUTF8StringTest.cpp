@@ -1,0 +1,130 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/foundation/TalvoMemoryManager.h>
+#include <talvo/text/TalvoUTF8String.h>
+
+#include <cstring>
+#include <new>
+#include <string>
+
+namespace {
+
+// The characters of `s`, each byte of each character in turn.
+std::string textOf(const TalvoUTF8String& s) {
+    std::string text;
+    for (int i = 0; i < s.getLength(); ++i) {
+        TalvoUTF8Char c = s.getChar(i);
+        for (int b = 0; b < c.getNumberOfBytes(); ++b)
+            text += static_cast<char>(c.getByte(b));
+    }
+    return text;
+}
+
+}  // namespace
+
+TEST(TalvoUTF8String, DefaultConstructor_EmptyWithOwnCounter) {
+    TalvoUTF8String s;
+    EXPECT_TRUE(s.isEmpty());
+    EXPECT_EQ(s.getLength(), 0);
+    EXPECT_EQ(s.getReferenceCounter(), 1);
+}
+
+TEST(TalvoUTF8String, Editing_ChainsLikeTheBuffer) {
+    TalvoUTF8String s;
+    s.append("ac").insert(1, 'b').append('\xe9').append(TalvoUTF8Char(0xE2, 0x82, 0xAC, 0));
+    EXPECT_EQ(textOf(s), "abc\xc3\xa9\xe2\x82\xac");
+    EXPECT_EQ(s.getLength(), 5);
+    s.remove(0).insert(0, "xy").insert(9, TalvoUTF8Char('q'));
+    EXPECT_EQ(textOf(s), "xybc\xc3\xa9\xe2\x82\xac");
+    s.append(s);
+    EXPECT_EQ(s.getLength(), 12);
+    s.clear();
+    EXPECT_TRUE(s.isEmpty());
+}
+
+TEST(TalvoUTF8String, CopyConstructor_SharesUntilOneChanges) {
+    TalvoUTF8String a;
+    a.append("shared");
+    TalvoUTF8String b(a);
+    EXPECT_EQ(a.getReferenceCounter(), 2);
+    EXPECT_EQ(b.getReferenceCounter(), 2);
+    b.append('!');
+    EXPECT_EQ(a.getReferenceCounter(), 1);
+    EXPECT_EQ(b.getReferenceCounter(), 1);
+    EXPECT_EQ(textOf(a), "shared");
+    EXPECT_EQ(textOf(b), "shared!");
+}
+
+TEST(TalvoUTF8String, EachEdit_PrivatizesSharedBuffer) {
+    struct Edit {
+        const char* name;
+        void (*apply)(TalvoUTF8String&);
+        const char* result;
+    } edits[] = {
+        {"append", [](TalvoUTF8String& s) { s.append("z"); }, "abz"},
+        {"insert", [](TalvoUTF8String& s) { s.insert(0, 'z'); }, "zab"},
+        {"remove", [](TalvoUTF8String& s) { s.remove(0); }, "b"},
+        {"clear", [](TalvoUTF8String& s) { s.clear(); }, ""},
+        {"out-of-range remove", [](TalvoUTF8String& s) { s.remove(7); }, "ab"},
+    };
+    for (const Edit& e : edits) {
+        TalvoUTF8String original;
+        original.append("ab");
+        TalvoUTF8String copy(original);
+        TalvoUTF8String third(original);
+        e.apply(copy);
+        EXPECT_EQ(textOf(copy), e.result) << e.name;
+        EXPECT_EQ(textOf(original), "ab") << e.name;
+        EXPECT_EQ(copy.getReferenceCounter(), 1) << e.name;
+        EXPECT_EQ(original.getReferenceCounter(), 2) << e.name;
+    }
+}
+
+TEST(TalvoUTF8String, AppendString_FromSharedPartner) {
+    TalvoUTF8String a;
+    a.append("ab");
+    TalvoUTF8String b(a);
+    b.append(a);
+    EXPECT_EQ(textOf(b), "abab");
+    EXPECT_EQ(textOf(a), "ab");
+}
+
+TEST(TalvoUTF8String, Assignment_KeepsShareHeldBefore) {
+    TalvoUTF8String first;
+    first.append("first");
+    TalvoUTF8String other;
+    other.append("other");
+    TalvoUTF8String target(first);
+    ASSERT_EQ(first.getReferenceCounter(), 2);
+
+    target = other;
+    EXPECT_EQ(textOf(target), "other");
+    EXPECT_EQ(target.getReferenceCounter(), 2);
+    EXPECT_EQ(other.getReferenceCounter(), 2);
+    EXPECT_EQ(first.getReferenceCounter(), 2);  // the share target held is not given up
+
+    // Give up by hand the share the assignment kept, so the test ends balanced.
+    alignas(TalvoUTF8String) unsigned char ghost[sizeof(TalvoUTF8String)];
+    std::memcpy(ghost, static_cast<const void*>(&first), sizeof first);
+    TalvoMemoryManager::traceNew(ghost, TalvoUTF8String::ClassName);
+    reinterpret_cast<TalvoUTF8String*>(ghost)->~TalvoUTF8String();
+    EXPECT_EQ(first.getReferenceCounter(), 1);
+}
+
+TEST(TalvoUTF8String, Assignment_OfSoleShareDoesNotLeak) {
+    TalvoUTF8String target;
+    target.append("alone");
+    TalvoUTF8String other;
+    target = other;
+    target = target;
+    EXPECT_EQ(other.getReferenceCounter(), 3);  // self-assignment counts once more too
+    EXPECT_TRUE(target.isEmpty());
+    TalvoUTF8String* heap = new TalvoUTF8String(other);
+    TalvoUTF8String::free(heap);
+    TalvoUTF8String::free(nullptr);
+    // 'other' and 'target' now hold three counts for two strings.
+    alignas(TalvoUTF8String) unsigned char ghost[sizeof(TalvoUTF8String)];
+    std::memcpy(ghost, static_cast<const void*>(&other), sizeof other);
+    TalvoMemoryManager::traceNew(ghost, TalvoUTF8String::ClassName);
+    reinterpret_cast<TalvoUTF8String*>(ghost)->~TalvoUTF8String();
+}
