@@ -1,0 +1,94 @@
+#include <talvo/containers/TalvoDictionary.h>
+
+#include <talvo/containers/TalvoHandle.h>
+#include <talvo/containers/TalvoList.h>
+
+TalvoDictionary::TalvoDictionary() : _tree(new TalvoAVLTree(TalvoHandle::compareKeys)) {}
+
+TalvoDictionary::~TalvoDictionary() {
+    if (_tree)
+        _tree->deleteWithItems(TalvoAttribute::free);
+}
+
+void TalvoDictionary::free(void* dictionary) {
+    if (dictionary)
+        delete static_cast<TalvoDictionary*>(dictionary);
+}
+
+TalvoAttribute* TalvoDictionary::getAttribute(const char* key) const {
+    if (!_tree)
+        return nullptr;
+    // compareKey reads the attribute's name against the bare key: no
+    // temporary handle is built for the search.
+    return static_cast<TalvoAttribute*>(_tree->lookForItem(TalvoHandle::compareKey, const_cast<char*>(key)));
+}
+
+bool TalvoDictionary::hasEntry(const char* key) const { return getAttribute(key) != nullptr; }
+
+char* TalvoDictionary::getEntry(const char* key) const {
+    TalvoAttribute* entry = getAttribute(key);
+    return entry ? entry->getValueAsString() : nullptr;
+}
+
+void TalvoDictionary::setEntry(const char* key, const char* definition) {
+    TalvoAttribute* entry = getAttribute(key);
+    if (entry) {
+        entry->setValue(definition);
+        return;
+    }
+    entry = new TalvoAttribute(key, definition);
+    if (entry && _tree)
+        _tree->insertItem(entry);
+    else
+        TalvoAttribute::free(entry);
+}
+
+void TalvoDictionary::removeEntry(const char* key) {
+    TalvoAttribute* entry = getAttribute(key);
+    if (!entry)
+        return;
+    _tree->removeItem(entry);  // keys are unique: the node found is this entry's
+    TalvoAttribute::free(entry);
+}
+
+void TalvoDictionary::reset() {
+    if (_tree)
+        _tree->deleteItems(TalvoAttribute::free);
+}
+
+int TalvoDictionary::getNumberOfEntries() const { return _tree ? _tree->getNumberOfItems() : 0; }
+
+TalvoDictionaryCursor* TalvoDictionary::newCursor() { return new TalvoDictionaryCursor(this); }
+
+TalvoList* TalvoDictionary::getKeys() const {
+    TalvoList* keys = new TalvoList();
+    if (!keys || !_tree)
+        return keys;
+    TalvoAVLTreeCursor cursor(_tree);
+    for (cursor.resetOnFirstItem(); !cursor.isAfterLastItem(); cursor.increment())
+        keys->insertItemLast(static_cast<TalvoAttribute*>(cursor.getItem())->getName());
+    return keys;
+}
+
+TalvoDictionaryCursor::TalvoDictionaryCursor(TalvoDictionary* dictionary)
+    : TalvoAVLTreeCursor(dictionary ? dictionary->_tree : nullptr), _dictionary(dictionary) {}
+
+TalvoDictionaryCursor::~TalvoDictionaryCursor() = default;
+
+TalvoAttribute* TalvoDictionaryCursor::_current() { return static_cast<TalvoAttribute*>(getItem()); }
+
+char* TalvoDictionaryCursor::getKey() {
+    TalvoAttribute* entry = _current();
+    return entry ? entry->getName() : nullptr;
+}
+
+char* TalvoDictionaryCursor::getDefinition() {
+    TalvoAttribute* entry = _current();
+    return entry ? entry->getValueAsString() : nullptr;
+}
+
+void TalvoDictionaryCursor::setDefinition(const char* definition) {
+    TalvoAttribute* entry = _current();
+    if (entry)
+        entry->setValue(definition);
+}

@@ -1,0 +1,521 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/containers/TalvoAVLTree.h>
+#include <talvo/containers/TalvoList.h>
+#include <talvo/foundation/TalvoFunction.h>
+#include <talvo/foundation/TalvoInteger.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstdint>
+#include <random>
+#include <vector>
+
+namespace {
+
+// An Item with a sort key and an identity tag, so equal keys can be told apart.
+struct Keyed {
+    int key;
+    int tag;
+};
+
+int compareKeys(void* a, void* b) {
+    int x = static_cast<Keyed*>(a)->key;
+    int y = static_cast<Keyed*>(b)->key;
+    return x < y ? -1 : (x > y ? 1 : 0);
+}
+
+int keyOf(const TalvoAVLTreeNode* node) { return static_cast<Keyed*>(node->getItem())->key; }
+
+std::vector<int> tagsInOrder(TalvoAVLTree* tree) {
+    std::vector<int> tags;
+    TalvoAVLTreeCursor* c = tree->newCursor();
+    for (c->resetOnFirstItem(); !c->isAfterLastItem(); c->increment())
+        tags.push_back(static_cast<Keyed*>(c->getItem())->tag);
+    delete c;
+    return tags;
+}
+
+// Checks parents, heights and order below `node` (and the balance when
+// asked: a tie rotation after a removal may leave a node two levels off, on
+// purpose); returns the height.
+int checkSubtree(const TalvoAVLTreeNode* node, const TalvoAVLTreeNode* parent, bool balanced, int& nodes) {
+    if (!node)
+        return 0;
+    nodes++;
+    EXPECT_EQ(node->getParent(), parent);
+    int hl = checkSubtree(node->getLeft(), node, balanced, nodes);
+    int hr = checkSubtree(node->getRight(), node, balanced, nodes);
+    if (balanced) {
+        EXPECT_LE(std::abs(hl - hr), 1);
+    }
+    EXPECT_EQ(node->getHeight(), 1 + std::max(hl, hr));
+    if (node->getLeft()) {
+        EXPECT_LE(keyOf(node->getLeft()), keyOf(node));
+    }
+    if (node->getRight()) {
+        EXPECT_GE(keyOf(node->getRight()), keyOf(node));
+    }
+    return node->getHeight();
+}
+
+void checkTree(TalvoAVLTree* tree, bool balanced = true) {
+    int nodes = 0;
+    checkSubtree(tree->getRoot(), nullptr, balanced, nodes);
+    EXPECT_EQ(nodes, tree->getNumberOfItems());
+}
+
+// Builds a tree of `keyed` inserted in array order.
+TalvoAVLTree* treeOf(std::vector<Keyed>& keyed) {
+    TalvoAVLTree* tree = new TalvoAVLTree(compareKeys);
+    for (Keyed& k : keyed)
+        tree->insertItem(&k);
+    return tree;
+}
+
+}  // namespace
+
+TEST(TalvoAVLTree, InsertItem_AscendingThreeRotatesToMiddleRoot) {
+    std::vector<Keyed> k = {{1, 0}, {2, 0}, {3, 0}};
+    TalvoAVLTree* tree = treeOf(k);
+    const TalvoAVLTreeNode* root = tree->getRoot();
+    EXPECT_EQ(keyOf(root), 2);
+    EXPECT_EQ(root->getHeight(), 2);
+    EXPECT_EQ(keyOf(root->getLeft()), 1);
+    EXPECT_EQ(keyOf(root->getRight()), 3);
+    EXPECT_EQ(root->getLeft()->getHeight(), 1);
+    checkTree(tree);
+    delete tree;
+}
+
+TEST(TalvoAVLTree, InsertItem_ZigZagTakesDoubleRotation) {
+    std::vector<Keyed> k = {{3, 0}, {1, 0}, {2, 0}};
+    TalvoAVLTree* tree = treeOf(k);
+    EXPECT_EQ(keyOf(tree->getRoot()), 2);
+    EXPECT_EQ(tree->getRoot()->getHeight(), 2);
+    checkTree(tree);
+    delete tree;
+}
+
+// Removing 7 from 5(3(2,4),7) leaves the left child with equal subtrees: the
+// tie takes the double rotation, so 4 (not 3) becomes the root.
+TEST(TalvoAVLTree, RemoveItem_LeftTieTakesDoubleRotation) {
+    std::vector<Keyed> k = {{5, 0}, {3, 0}, {7, 0}, {2, 0}, {4, 0}};
+    TalvoAVLTree* tree = treeOf(k);
+    tree->removeItem(&k[2]);
+    const TalvoAVLTreeNode* root = tree->getRoot();
+    EXPECT_EQ(keyOf(root), 4);
+    EXPECT_EQ(root->getHeight(), 3);
+    EXPECT_EQ(keyOf(root->getLeft()), 3);
+    EXPECT_EQ(keyOf(root->getLeft()->getLeft()), 2);
+    EXPECT_EQ(keyOf(root->getRight()), 5);
+    EXPECT_EQ(root->getRight()->getHeight(), 1);
+    checkTree(tree);
+    delete tree;
+}
+
+TEST(TalvoAVLTree, RemoveItem_RightTieTakesDoubleRotation) {
+    std::vector<Keyed> k = {{3, 0}, {1, 0}, {5, 0}, {4, 0}, {6, 0}};
+    TalvoAVLTree* tree = treeOf(k);
+    tree->removeItem(&k[1]);
+    const TalvoAVLTreeNode* root = tree->getRoot();
+    EXPECT_EQ(keyOf(root), 4);
+    EXPECT_EQ(keyOf(root->getLeft()), 3);
+    EXPECT_EQ(keyOf(root->getRight()), 5);
+    EXPECT_EQ(keyOf(root->getRight()->getRight()), 6);
+    checkTree(tree);
+    delete tree;
+}
+
+TEST(TalvoAVLTree, RemoveItem_TwoChildRootTakesLargestOfLeftSubtree) {
+    std::vector<Keyed> k = {{5, 0}, {3, 0}, {7, 0}, {2, 0}, {4, 0}};
+    TalvoAVLTree* tree = treeOf(k);
+    tree->removeItem(&k[0]);
+    const TalvoAVLTreeNode* root = tree->getRoot();
+    EXPECT_EQ(root->getItem(), &k[4]);
+    EXPECT_EQ(keyOf(root->getLeft()), 3);
+    EXPECT_EQ(keyOf(root->getLeft()->getLeft()), 2);
+    EXPECT_EQ(root->getLeft()->getRight(), nullptr);
+    EXPECT_EQ(keyOf(root->getRight()), 7);
+    EXPECT_EQ(tree->getNumberOfItems(), 4);
+    checkTree(tree);
+    delete tree;
+}
+
+TEST(TalvoAVLTree, RemoveItem_AbsentChangesNothing) {
+    std::vector<Keyed> k = {{1, 0}, {2, 0}};
+    Keyed absent = {9, 0};
+    TalvoAVLTree* tree = treeOf(k);
+    tree->removeItem(&absent);
+    EXPECT_EQ(tree->getNumberOfItems(), 2);
+    delete tree;
+}
+
+// Equal keys go right, so the walk gives them in insertion order.
+TEST(TalvoAVLTree, InsertItem_EqualItemsKeepInsertionOrder) {
+    std::vector<Keyed> k;
+    for (int tag = 0; tag < 40; tag++)
+        k.push_back({tag % 3, tag});
+    TalvoAVLTree* tree = treeOf(k);
+    std::vector<int> expected;
+    for (int key = 0; key < 3; key++)
+        for (int tag = key; tag < 40; tag += 3)
+            expected.push_back(tag);
+    EXPECT_EQ(tagsInOrder(tree), expected);
+    checkTree(tree);
+    delete tree;
+}
+
+TEST(TalvoAVLTree, RemoveItem_RemovesOneEqualItem) {
+    std::vector<Keyed> k = {{1, 0}, {1, 1}, {1, 2}};
+    TalvoAVLTree* tree = treeOf(k);
+    Keyed probe = {1, 9};
+    tree->removeItem(&probe);
+    EXPECT_EQ(tree->getNumberOfItems(), 2);
+    // The first equal Item met from the root is the root's, 1/1.
+    EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{0, 2}));
+    delete tree;
+}
+
+TEST(TalvoAVLTree, GetNthItem_Bounds) {
+    std::vector<Keyed> k = {{4, 0}, {1, 0}, {3, 0}, {2, 0}, {5, 0}};
+    TalvoAVLTree* tree = treeOf(k);
+    struct { int n; int key; } table[] = {{0, -1}, {6, -1}, {-1, -1}, {1, 1}, {2, 2}, {3, 3}, {4, 4}, {5, 5}};
+    for (auto& row : table) {
+        void* item = tree->getNthItem(row.n);
+        EXPECT_EQ(item ? static_cast<Keyed*>(item)->key : -1, row.key) << "n=" << row.n;
+    }
+    EXPECT_EQ(static_cast<Keyed*>(tree->getFirstItem())->key, 1);
+    EXPECT_EQ(static_cast<Keyed*>(tree->getLastItem())->key, 5);
+    delete tree;
+}
+
+TEST(TalvoAVLTree, EmptyTree_AnswersNull) {
+    TalvoAVLTree* tree = new TalvoAVLTree(compareKeys);
+    EXPECT_TRUE(tree->isEmpty());
+    EXPECT_EQ(tree->getFirstItem(), nullptr);
+    EXPECT_EQ(tree->getLastItem(), nullptr);
+    EXPECT_EQ(tree->getNthItem(1), nullptr);
+    EXPECT_EQ(tree->removeFirstItem(), nullptr);
+    EXPECT_EQ(tree->removeLastItem(), nullptr);
+    EXPECT_FALSE(tree->contains(nullptr));
+    EXPECT_EQ(tree->getItemPosition(nullptr), 0);
+    TalvoAVLTreeCursor* c = tree->newCursor();
+    c->resetOnFirstItem();
+    EXPECT_TRUE(c->isBeforeFirstItem());
+    EXPECT_TRUE(c->isAfterLastItem());
+    EXPECT_EQ(c->removeItemAndIncrement(), nullptr);
+    delete c;
+    delete tree;
+}
+
+TEST(TalvoAVLTree, Contains_IsByIdentityAmongEqualItems) {
+    std::vector<Keyed> k = {{1, 0}, {2, 0}, {2, 1}, {2, 2}, {3, 0}};
+    Keyed twin = {2, 7};
+    TalvoAVLTree* tree = treeOf(k);
+    EXPECT_TRUE(tree->contains(&k[3]));
+    EXPECT_FALSE(tree->contains(&twin));
+    EXPECT_EQ(tree->getItemPosition(&k[3]), 4);
+    EXPECT_EQ(tree->getItemPosition(&twin), 0);
+    EXPECT_EQ(tree->lookForItem(&twin), &k[1]);  // first equal Item in order
+    delete tree;
+}
+
+TEST(TalvoAVLTree, SearchItem_ScansWithGivenCallBack) {
+    std::vector<Keyed> k = {{3, 5}, {1, 6}, {2, 5}};
+    TalvoAVLTree* tree = treeOf(k);
+    auto sameTag = [](void* item, void* key) { return static_cast<Keyed*>(item)->tag - *static_cast<int*>(key); };
+    int five = 5, nine = 9;
+    EXPECT_EQ(tree->searchItem(sameTag, &five), &k[2]);
+    EXPECT_EQ(tree->searchItem(sameTag, &nine), nullptr);
+    delete tree;
+}
+
+TEST(TalvoAVLTree, RemoveNthItem_RemovesThatPosition) {
+    std::vector<Keyed> k = {{1, 0}, {2, 0}, {3, 0}, {4, 0}};
+    TalvoAVLTree* tree = treeOf(k);
+    EXPECT_EQ(tree->removeNthItem(3), &k[2]);
+    EXPECT_EQ(tree->removeNthItem(4), nullptr);
+    EXPECT_EQ(tree->removeFirstItem(), &k[0]);
+    EXPECT_EQ(tree->removeLastItem(), &k[3]);
+    EXPECT_EQ(tree->getNumberOfItems(), 1);
+    delete tree;
+}
+
+// A model check: random inserts and removals against a sorted vector.
+TEST(TalvoAVLTree, RandomChanges_KeepBalanceAndOrder) {
+    std::mt19937 random(7);
+    std::vector<Keyed> pool(600);
+    std::vector<Keyed*> model;
+    TalvoAVLTree* tree = new TalvoAVLTree(compareKeys);
+    for (int i = 0; i < 600; i++) {
+        pool[i] = {static_cast<int>(random() % 50), i};
+        tree->insertItem(&pool[i]);
+        auto at = std::upper_bound(model.begin(), model.end(), &pool[i],
+                                   [](Keyed* a, Keyed* b) { return a->key < b->key; });
+        model.insert(at, &pool[i]);
+        if (i % 3 == 2) {
+            Keyed* gone = model[random() % model.size()];
+            tree->removeNthItem(tree->getItemPosition(gone));
+            model.erase(std::find(model.begin(), model.end(), gone));
+        }
+    }
+    checkTree(tree, false);
+    std::vector<int> expected;
+    for (Keyed* m : model)
+        expected.push_back(m->tag);
+    EXPECT_EQ(tagsInOrder(tree), expected);
+    delete tree;
+}
+
+TEST(TalvoAVLTree, CursorWalk_BothDirectionsAndEnds) {
+    std::vector<Keyed> k = {{2, 0}, {1, 0}, {3, 0}};
+    TalvoAVLTree* tree = treeOf(k);
+    TalvoAVLTreeCursor* c = tree->newCursor();
+    EXPECT_EQ(c->getItem(), nullptr);
+    c->increment();  // not on an Item: nothing happens
+    EXPECT_TRUE(c->isBeforeFirstItem());
+    c->resetOnFirstItem();
+    EXPECT_TRUE(c->isOnFirstItem());
+    EXPECT_EQ(c->getItem(), &k[1]);
+    c->increment();
+    c->increment();
+    EXPECT_TRUE(c->isOnLastItem());
+    c->increment();
+    EXPECT_TRUE(c->isAfterLastItem());
+    EXPECT_FALSE(c->isBeforeFirstItem());
+    EXPECT_EQ(c->getItem(), nullptr);
+    c->resetOnLastItem();
+    c->decrement();
+    c->decrement();
+    c->decrement();
+    EXPECT_TRUE(c->isBeforeFirstItem());
+    EXPECT_FALSE(c->isAfterLastItem());
+    delete c;
+    delete tree;
+}
+
+TEST(TalvoAVLTree, CursorResetInPosition_NegativeCountsFromEnd) {
+    std::vector<Keyed> k = {{1, 0}, {2, 0}, {3, 0}, {4, 0}};
+    TalvoAVLTree* tree = treeOf(k);
+    TalvoAVLTreeCursor* c = tree->newCursor();
+    struct { int position; int key; } table[] = {{1, 1}, {4, 4}, {-1, 4}, {-4, 1}, {-2, 3}, {2, 2}};
+    for (auto& row : table) {
+        c->resetInPosition(row.position);
+        EXPECT_EQ(static_cast<Keyed*>(c->getItem())->key, row.key) << "p=" << row.position;
+    }
+    // Out of range and 0 leave the cursor where it is (on 2).
+    for (int p : {0, 5, -5}) {
+        c->resetInPosition(p);
+        EXPECT_EQ(static_cast<Keyed*>(c->getItem())->key, 2) << "p=" << p;
+    }
+    delete c;
+    delete tree;
+}
+
+TEST(TalvoAVLTree, CursorResetOnItem_FindsPointerOrEndsAfterLast) {
+    std::vector<Keyed> k = {{1, 0}, {1, 1}, {2, 0}};
+    Keyed twin = {1, 9};
+    TalvoAVLTree* tree = treeOf(k);
+    TalvoAVLTreeCursor* c = tree->newCursor();
+    c->resetOnItem(&k[1]);
+    EXPECT_EQ(c->getItem(), &k[1]);
+    c->resetOnItem(&twin);
+    EXPECT_EQ(c->getItem(), nullptr);
+    EXPECT_TRUE(c->isAfterLastItem());
+    EXPECT_FALSE(c->isBeforeFirstItem());
+    delete c;
+    delete tree;
+}
+
+// Removing through the cursor visits every remaining Item in order, also
+// among equal Items and when the removed node has two children.
+TEST(TalvoAVLTree, CursorRemoveItemAndIncrement_VisitsRemainingInOrder) {
+    std::vector<Keyed> k;
+    for (int tag = 0; tag < 64; tag++)
+        k.push_back({(tag * 7) % 5, tag});
+    TalvoAVLTree* tree = treeOf(k);
+    std::vector<int> before = tagsInOrder(tree);
+    std::vector<int> visited, kept;
+    TalvoAVLTreeCursor* c = tree->newCursor();
+    c->resetOnFirstItem();
+    for (int i = 0; !c->isAfterLastItem(); i++) {
+        int tag = static_cast<Keyed*>(c->getItem())->tag;
+        visited.push_back(tag);
+        if (i % 2 == 0) {
+            EXPECT_EQ(static_cast<Keyed*>(c->removeItemAndIncrement())->tag, tag);
+        } else {
+            kept.push_back(tag);
+            c->increment();
+        }
+        checkTree(tree, false);
+    }
+    EXPECT_EQ(visited, before);
+    EXPECT_EQ(tagsInOrder(tree), kept);
+    delete c;
+    delete tree;
+}
+
+TEST(TalvoAVLTree, CursorRemoveItemAndDecrement_EmptiesTreeBackwards) {
+    std::vector<Keyed> k = {{1, 0}, {1, 1}, {2, 0}, {0, 0}, {1, 2}};
+    TalvoAVLTree* tree = treeOf(k);
+    std::vector<int> before = tagsInOrder(tree);
+    std::vector<int> removed;
+    TalvoAVLTreeCursor* c = tree->newCursor();
+    for (c->resetOnLastItem(); !c->isBeforeFirstItem();)
+        removed.insert(removed.begin(), static_cast<Keyed*>(c->removeItemAndDecrement())->tag);
+    EXPECT_EQ(removed, before);
+    EXPECT_TRUE(tree->isEmpty());
+    delete c;
+    delete tree;
+}
+
+namespace {
+int nullCompares = 0;
+// Orders boxed ints; a null Item compares equal to the box holding 0.
+int compareBoxesNullAsZero(void* a, void* b) {
+    int x = a ? *static_cast<int*>(a) : 0;
+    int y = b ? *static_cast<int*>(b) : 0;
+    nullCompares += (b == nullptr);
+    return x < y ? -1 : (x > y ? 1 : 0);
+}
+}  // namespace
+
+TEST(TalvoAVLTree, CursorRemoveOffItem_StillRemovesByCompareWithNull) {
+    int zero = 0, one = 1;
+    TalvoAVLTree* tree = new TalvoAVLTree(compareBoxesNullAsZero);
+    tree->insertItem(&one);
+    tree->insertItem(&zero);
+    TalvoAVLTreeCursor* c = tree->newCursor();
+    nullCompares = 0;
+    EXPECT_EQ(c->removeItemAndIncrement(), nullptr);
+    EXPECT_GT(nullCompares, 0);
+    EXPECT_FALSE(tree->contains(&zero));
+    EXPECT_EQ(tree->getNumberOfItems(), 1);
+    delete c;
+    delete tree;
+}
+
+TEST(TalvoAVLTree, SetOperations_ByIdentity) {
+    std::vector<Keyed> k = {{1, 0}, {2, 0}, {2, 1}, {3, 0}, {4, 0}};
+    TalvoAVLTree* a = new TalvoAVLTree(compareKeys);
+    TalvoAVLTree* b = new TalvoAVLTree(compareKeys);
+    for (int i : {0, 1, 1, 3})
+        a->insertItem(&k[i]);
+    for (int i : {1, 2, 4, 4})
+        b->insertItem(&k[i]);
+    EXPECT_EQ(a->getNumberOfItemsOfIntersection(b), 2);  // k1 twice
+    EXPECT_EQ(a->getNumberOfItemsOfDifference(b), 2);
+    EXPECT_EQ(a->getNumberOfItemsOfUnion(b), 6);
+
+    TalvoAVLTree* both = a->buildIntersection(b);
+    EXPECT_EQ(both->getNumberOfItems(), 2);
+    TalvoAVLTree* only = a->buildDifference(b);
+    EXPECT_EQ(tagsInOrder(only), (std::vector<int>{0, 0}));
+    TalvoAVLTree* all = a->buildUnion(b);
+    EXPECT_EQ(all->getNumberOfItems(), 6);  // a's 4, then k2 and k4 once
+    EXPECT_EQ(a->getNumberOfItems(), 4);
+
+    TalvoAVLTree* c = a->copy();
+    c->subtraction(b);  // one occurrence of k1 per occurrence in b
+    EXPECT_EQ(c->getNumberOfItems(), 3);
+    c->selection(b);
+    EXPECT_EQ(c->getNumberOfItems(), 1);
+    EXPECT_TRUE(c->contains(&k[1]));
+    c->addition(b);
+    EXPECT_EQ(c->getNumberOfItems(), 3);
+    EXPECT_EQ(a->buildUnion(nullptr), nullptr);
+    for (TalvoAVLTree* t : {a, b, both, only, all, c})
+        delete t;
+}
+
+TEST(TalvoAVLTree, CopyWithItems_DeepCopiesInOrder) {
+    TalvoAVLTree* tree = new TalvoAVLTree(TalvoInteger::geq);
+    for (int v : {5, 1, 4, 2, 3, 2})
+        tree->insertItem(TalvoInteger::allocate(v));
+    TalvoAVLTree* shallow = tree->copy();
+    TalvoAVLTree* deep = tree->copyWithItems(TalvoInteger::copy);
+    checkTree(shallow);
+    for (int n = 1; n <= 6; n++) {
+        EXPECT_EQ(shallow->getNthItem(n), tree->getNthItem(n));
+        EXPECT_NE(deep->getNthItem(n), tree->getNthItem(n));
+        EXPECT_EQ(*static_cast<int*>(deep->getNthItem(n)), *static_cast<int*>(tree->getNthItem(n)));
+    }
+    EXPECT_EQ(deep->getRoot()->getHeight(), tree->getRoot()->getHeight());
+    delete shallow;
+    deep->deleteWithItems(TalvoInteger::free);
+    tree->deleteItems(TalvoInteger::free);
+    EXPECT_TRUE(tree->isEmpty());
+    delete tree;
+}
+
+TEST(TalvoAVLTree, CompareAndDeleteItems_FreesEachMatch) {
+    TalvoAVLTree* tree = new TalvoAVLTree(TalvoInteger::geq);
+    for (int v : {3, 1, 3, 2, 3, 4})
+        tree->insertItem(TalvoInteger::allocate(v));
+    int three = 3, seven = 7;
+    tree->compareAndDeleteItems(TalvoInteger::geq, &three, TalvoInteger::free);
+    EXPECT_EQ(tree->getNumberOfItems(), 3);
+    tree->compareAndRemoveItems(TalvoInteger::geq, &seven);
+    EXPECT_EQ(tree->getNumberOfItems(), 3);
+    EXPECT_EQ(*static_cast<int*>(tree->getNthItem(3)), 4);
+    tree->deleteWithItems(TalvoInteger::free);
+}
+
+TEST(TalvoAVLTree, CopyAsList_GivesItemsInOrder) {
+    std::vector<Keyed> k = {{2, 0}, {1, 0}, {2, 1}, {0, 0}};
+    TalvoAVLTree* tree = treeOf(k);
+    TalvoList* list = tree->copyAsList();
+    ASSERT_EQ(list->getNumberOfItems(), 4);
+    void* expected[] = {&k[3], &k[1], &k[0], &k[2]};
+    for (int i = 0; i < 4; i++)
+        EXPECT_EQ(list->getNthItem(i + 1), expected[i]);
+    tree->collectItems(list);
+    EXPECT_EQ(list->getNumberOfItems(), 8);
+    EXPECT_EQ(list->getNthItem(5), &k[3]);
+    delete list;
+    delete tree;
+}
+
+TEST(TalvoAVLTree, RemoveItemsOfList_RemovesByIdentity) {
+    std::vector<Keyed> k = {{1, 0}, {1, 1}, {2, 0}};
+    Keyed twin = {1, 9};
+    TalvoAVLTree* tree = treeOf(k);
+    TalvoList* list = new TalvoList(3, &k[1], &twin, &k[1]);
+    tree->removeItems(list);
+    EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{0, 0}));
+    EXPECT_EQ(list->getNumberOfItems(), 3);
+    delete list;
+    delete tree;
+}
+
+// The list ends empty and every Item of it is freed, held by the tree or not.
+TEST(TalvoAVLTree, DeleteItemsOfList_FreesEveryListItem) {
+    TalvoAVLTree* tree = new TalvoAVLTree(TalvoInteger::geq);
+    int* held = TalvoInteger::allocate(1);
+    int* kept = TalvoInteger::allocate(2);
+    int* stranger = TalvoInteger::allocate(1);
+    tree->insertItem(held);
+    tree->insertItem(kept);
+    TalvoList* list = new TalvoList(2, held, stranger);
+    tree->deleteItems(list, TalvoInteger::free);
+    EXPECT_TRUE(list->isEmpty());
+    EXPECT_EQ(tree->getNumberOfItems(), 1);
+    EXPECT_EQ(tree->getFirstItem(), kept);
+    delete list;
+    tree->deleteWithItems(TalvoInteger::free);
+}
+
+// A million Items: deletion and copying must not recurse along the count.
+TEST(TalvoAVLTree, MillionItems_StayShallow) {
+    const std::uintptr_t n = 1000000;
+    TalvoAVLTree* tree = new TalvoAVLTree(TalvoFunction::compareAddress);
+    for (std::uintptr_t i = 1; i <= n; i++)
+        tree->insertItem(reinterpret_cast<void*>(i));
+    EXPECT_LE(tree->getRoot()->getHeight(), 29);  // 1.44 log2(1e6)
+    TalvoAVLTree* twin = tree->copy();
+    EXPECT_EQ(twin->getNumberOfItems(), static_cast<int>(n));
+    EXPECT_EQ(twin->getNthItem(static_cast<int>(n)), reinterpret_cast<void*>(n));
+    delete twin;
+    delete tree;
+}

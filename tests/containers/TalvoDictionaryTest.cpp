@@ -1,0 +1,135 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/containers/TalvoDictionary.h>
+#include <talvo/containers/TalvoList.h>
+
+#include <string>
+
+namespace {
+
+// The keys in cursor order, "(null)" for the null key, joined by commas.
+std::string keysInOrder(TalvoDictionary& dictionary) {
+    std::string result;
+    TalvoDictionaryCursor* cursor = dictionary.newCursor();
+    for (cursor->resetOnFirstItem(); !cursor->isAfterLastItem(); cursor->increment()) {
+        const char* key = cursor->getKey();
+        result += (result.empty() ? "" : ",") + std::string(key ? key : "(null)");
+    }
+    delete cursor;
+    return result;
+}
+
+}  // namespace
+
+TEST(TalvoDictionary, Entries_OrderByUnsignedBytesWithNullFirst) {
+    TalvoDictionary dictionary;
+    const char* keys[] = {"b", "\xE9t\xE9", "ab", "", "a", nullptr, "z"};
+    for (const char* key : keys)
+        dictionary.setEntry(key, "x");
+    EXPECT_EQ(keysInOrder(dictionary), "(null),,a,ab,b,z,\xE9t\xE9");
+    EXPECT_EQ(dictionary.getNumberOfEntries(), 7);
+    EXPECT_TRUE(dictionary.hasEntry(nullptr));
+    EXPECT_TRUE(dictionary.hasEntry(""));
+    EXPECT_STREQ(dictionary.getEntry("\xE9t\xE9"), "x");
+}
+
+TEST(TalvoDictionary, SetEntry_OnAnExistingKeyReplacesTheDefinition) {
+    TalvoDictionary dictionary;
+    char definition[] = "first";
+    dictionary.setEntry("k", definition);
+    definition[0] = 'F';
+    EXPECT_STREQ(dictionary.getEntry("k"), "first");  // a private copy
+    dictionary.setEntry("a", "other");
+    dictionary.setEntry("k", "second");
+    dictionary.setEntry("k", dictionary.getEntry("k"));  // its own string
+    EXPECT_EQ(dictionary.getNumberOfEntries(), 2);
+    EXPECT_STREQ(dictionary.getEntry("k"), "second");
+    EXPECT_EQ(keysInOrder(dictionary), "a,k");
+}
+
+TEST(TalvoDictionary, EmptyDictionary_AnswersNothing) {
+    TalvoDictionary dictionary;
+    EXPECT_FALSE(dictionary.hasEntry("a"));
+    EXPECT_FALSE(dictionary.hasEntry(nullptr));
+    EXPECT_EQ(dictionary.getEntry("a"), nullptr);
+    dictionary.removeEntry("a");
+    TalvoList* keys = dictionary.getKeys();
+    EXPECT_TRUE(keys->isEmpty());
+    delete keys;
+    TalvoDictionaryCursor* cursor = dictionary.newCursor();
+    cursor->resetOnFirstItem();
+    EXPECT_TRUE(cursor->isAfterLastItem());
+    EXPECT_EQ(cursor->getKey(), nullptr);
+    EXPECT_EQ(cursor->getDefinition(), nullptr);
+    cursor->setDefinition("ignored");
+    delete cursor;
+}
+
+TEST(TalvoDictionary, NonStringValue_AnswersNullWhileTheEntryExists) {
+    TalvoDictionary dictionary;
+    dictionary.setEntry("n", "1");
+    dictionary.getAttribute("n")->setValue(1);
+    EXPECT_TRUE(dictionary.hasEntry("n"));
+    EXPECT_EQ(dictionary.getEntry("n"), nullptr);
+    TalvoDictionaryCursor* cursor = dictionary.newCursor();
+    cursor->resetOnFirstItem();
+    EXPECT_STREQ(cursor->getKey(), "n");
+    EXPECT_EQ(cursor->getDefinition(), nullptr);
+    cursor->setDefinition("back");
+    EXPECT_STREQ(dictionary.getEntry("n"), "back");
+    delete cursor;
+}
+
+TEST(TalvoDictionary, GetKeys_HoldsTheEntriesOwnNames) {
+    TalvoDictionary dictionary;
+    dictionary.setEntry("b", "2");
+    dictionary.setEntry("a", "1");
+    dictionary.setEntry("c", "3");
+    TalvoList* keys = dictionary.getKeys();
+    ASSERT_EQ(keys->getNumberOfItems(), 3);
+    EXPECT_EQ(keys->getNthItem(1), dictionary.getAttribute("a")->getName());  // not a copy
+    EXPECT_STREQ(static_cast<char*>(keys->getNthItem(3)), "c");
+    delete keys;
+    dictionary.removeEntry("b");
+    dictionary.removeEntry("absent");
+    keys = dictionary.getKeys();
+    ASSERT_EQ(keys->getNumberOfItems(), 2);
+    EXPECT_STREQ(static_cast<char*>(keys->getNthItem(2)), "c");
+    delete keys;
+    EXPECT_FALSE(dictionary.hasEntry("b"));
+}
+
+TEST(TalvoDictionary, Reset_LeavesAnEmptyUsableDictionary) {
+    TalvoDictionary* dictionary = new TalvoDictionary;
+    for (int i = 0; i < 100; ++i)
+        dictionary->setEntry(std::to_string(i).c_str(), "v");
+    dictionary->reset();
+    EXPECT_EQ(dictionary->getNumberOfEntries(), 0);
+    dictionary->setEntry("again", "v");
+    EXPECT_EQ(keysInOrder(*dictionary), "again");
+    TalvoDictionary::free(dictionary);
+    TalvoDictionary::free(nullptr);
+}
+
+TEST(TalvoDictionary, ManyEntries_StayFindableAcrossRemovals) {
+    TalvoDictionary dictionary;
+    for (int i = 0; i < 1000; ++i)
+        dictionary.setEntry(("k" + std::to_string(i * 7919 % 1000)).c_str(), std::to_string(i).c_str());
+    for (int i = 0; i < 1000; i += 2)
+        dictionary.removeEntry(("k" + std::to_string(i)).c_str());
+    EXPECT_EQ(dictionary.getNumberOfEntries(), 500);
+    for (int i = 0; i < 1000; ++i)
+        EXPECT_EQ(dictionary.hasEntry(("k" + std::to_string(i)).c_str()), i % 2 == 1) << i;
+}
+
+TEST(TalvoDictionaryCursor, RemoveItemAndIncrement_HandsTheEntryToTheCaller) {
+    TalvoDictionary dictionary;
+    dictionary.setEntry("a", "1");
+    dictionary.setEntry("b", "2");
+    TalvoDictionaryCursor* cursor = dictionary.newCursor();
+    cursor->resetOnFirstItem();
+    TalvoAttribute::free(cursor->removeItemAndIncrement());
+    EXPECT_STREQ(cursor->getKey(), "b");
+    EXPECT_FALSE(dictionary.hasEntry("a"));
+    delete cursor;
+}

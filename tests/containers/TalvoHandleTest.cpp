@@ -1,0 +1,67 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/containers/TalvoHandle.h>
+#include <talvo/values/TalvoAttribute.h>
+
+TEST(TalvoHandle, CompareKeys_NullFirstThenUnsignedBytes) {
+    struct {
+        const char* a;
+        const char* b;
+        int expected;
+    } cases[] = {
+        {nullptr, nullptr, 0},
+        {nullptr, "", -1},
+        {"", nullptr, 1},
+        {"", "", 0},
+        {"a", "ab", -1},
+        {"ab", "a", 1},
+        {"\xE9", "z", 1},   // 0xE9 above 0x7A: bytes are unsigned
+        {"z", "\xE9", -1},
+        {"abc", "abd", -1},
+        {"same", "same", 0},
+    };
+    for (const auto& c : cases) {
+        TalvoHandle a(c.a, nullptr), b(c.b, nullptr);
+        EXPECT_EQ(TalvoHandle::compareKeys(&a, &b), c.expected) << (c.a ? c.a : "null") << " vs " << (c.b ? c.b : "null");
+        EXPECT_EQ(TalvoHandle::reverseCompareKeys(&b, &a), c.expected);
+        EXPECT_EQ(a.reverseCompareKeys(&b), -c.expected);
+        EXPECT_EQ(a.compareKey(c.b), c.expected);
+        EXPECT_EQ(TalvoHandle::compareKey(&a, const_cast<char*>(c.b)), c.expected);
+    }
+}
+
+TEST(TalvoHandle, NumericComparisons_ReadKeysAsNumbers) {
+    TalvoHandle ten("10", nullptr), nine("9", nullptr);
+    EXPECT_EQ(TalvoHandle::compareKeys(&ten, &nine), -1);  // bytewise "1" < "9"
+    EXPECT_EQ(TalvoHandle::compareNumericallyKeys(&ten, &nine), 1);
+    EXPECT_EQ(ten.compareNumericallyKeys(&nine), 1);
+    EXPECT_EQ(ten.reverseCompareNumericallyKeys(&nine), -1);
+    EXPECT_EQ(TalvoHandle::reverseCompareNumericallyKeys(&ten, &nine), -1);
+}
+
+TEST(TalvoHandle, KeyComparisons_ReadAnAttributesName) {
+    TalvoHandle handle("b", nullptr);
+    TalvoAttribute attribute("a", 5);
+    EXPECT_EQ(TalvoHandle::compareKeys(&attribute, &handle), -1);
+    EXPECT_EQ(TalvoHandle::compareKey(&attribute, const_cast<char*>("a")), 0);
+    EXPECT_STREQ(TalvoHandle::keyOf(&attribute), "a");
+    EXPECT_EQ(TalvoHandle::keyOf(nullptr), nullptr);
+}
+
+TEST(TalvoHandle, SetKey_CopiesAndSetItemStoresThePointer) {
+    char key[] = "first";
+    int item = 0;
+    TalvoHandle* handle = new TalvoHandle(key, nullptr);
+    key[0] = 'x';
+    EXPECT_STREQ(handle->getKey(), "first");
+    handle->setKey(handle->getKey());  // its own key
+    EXPECT_STREQ(handle->getKey(), "first");
+    handle->setKey("second");
+    handle->setItem(&item);
+    EXPECT_STREQ(handle->getKey(), "second");
+    EXPECT_EQ(handle->getItem(), &item);
+    handle->setKey(nullptr);
+    EXPECT_EQ(handle->getKey(), nullptr);
+    TalvoHandle::free(handle);
+    TalvoHandle::free(nullptr);
+}
