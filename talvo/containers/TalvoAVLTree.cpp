@@ -9,6 +9,9 @@ const int kMaximumImbalance = 1;
 
 int larger(int a, int b) { return a > b ? a : b; }
 
+// Stands in for a null compare call-back: every Item ranks the same.
+int sameRank(void*, void*) { return 0; }
+
 }  // namespace
 
 // ---------------------------------------------------------------- nodes
@@ -48,16 +51,19 @@ TalvoAVLTreeNode* TalvoAVLTreeNode::rotateLeft() {
 
 // A height tie in the heavy child takes the double rotation, as required,
 // although after a removal that can leave the rotated child itself two
-// levels off balance. Only a difference of exactly 2 is corrected.
-TalvoAVLTreeNode* TalvoAVLTreeNode::balance() {
+// levels off balance; `tie` reports it. Only a difference of exactly 2 is
+// corrected.
+TalvoAVLTreeNode* TalvoAVLTreeNode::balance(bool& tie) {
     int hl = heightOf(left);
     int hr = heightOf(right);
     if (hl == hr + kMaximumImbalance + 1) {
+        tie = heightOf(left->left) == heightOf(left->right);
         if (heightOf(left->left) <= heightOf(left->right))
             left = left->rotateLeft();
         return rotateRight();
     }
     if (hr == hl + kMaximumImbalance + 1) {
+        tie = heightOf(right->left) == heightOf(right->right);
         if (heightOf(right->left) >= heightOf(right->right))
             right = right->rotateRight();
         return rotateLeft();
@@ -100,7 +106,8 @@ TalvoAVLTreeNode* TalvoAVLTreeNode::previous() {
 
 // ---------------------------------------------------------------- tree: structure
 
-TalvoAVLTree::TalvoAVLTree(TalvoCompareFunction compare) : compare(compare), root(nullptr), count(0) {}
+TalvoAVLTree::TalvoAVLTree(TalvoCompareFunction compare)
+    : compare(compare ? compare : sameRank), root(nullptr), count(0), offBalance(false) {}
 
 TalvoAVLTree::~TalvoAVLTree() { _removeAllNodes(); }
 
@@ -121,15 +128,22 @@ void TalvoAVLTree::_relink(TalvoAVLTreeNode* parent, TalvoAVLTreeNode* from, Tal
         to->parent = parent;
 }
 
-// Balances every node from `node` up to the root. The walk does not stop
-// early where a height is unchanged: a node left off balance by an earlier
-// tie rotation gets corrected when a later path passes through it.
+// Balances every node from `node` up to the root. While no tie rotation has
+// ever run, every node is within one level of balance, so the walk may stop
+// where a subtree keeps its height: balancing the nodes above would change
+// nothing. Afterwards it always goes up to the root, so that a node left off
+// balance gets corrected when a later path passes through it.
 void TalvoAVLTree::_rebalanceUpFrom(TalvoAVLTreeNode* node) {
     while (node) {
         TalvoAVLTreeNode* parent = node->parent;
-        TalvoAVLTreeNode* top = node->balance();
+        int formerHeight = node->height;
+        bool tie = false;
+        TalvoAVLTreeNode* top = node->balance(tie);
+        offBalance = offBalance || tie;
         if (top != node)
             _relink(parent, node, top);
+        if (!offBalance && top->height == formerHeight)
+            return;
         node = parent;
     }
 }
@@ -155,6 +169,8 @@ void TalvoAVLTree::_removeNode(TalvoAVLTreeNode* node) {
     }
     delete node;
     count--;
+    if (count == 0)
+        offBalance = false;
     _rebalanceUpFrom(start);
 }
 
@@ -178,6 +194,7 @@ void TalvoAVLTree::_removeAllNodes() {
     }
     root = nullptr;
     count = 0;
+    offBalance = false;
 }
 
 // ---------------------------------------------------------------- tree: searching
@@ -467,6 +484,7 @@ TalvoAVLTree* TalvoAVLTree::_cloneWith(TalvoCopyFunction copy) {
         int made = 0;
         result->root = _cloneNodes(copy, made);
         result->count = made;
+        result->offBalance = offBalance || made != count;
     }
     return result;
 }

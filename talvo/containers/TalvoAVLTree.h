@@ -61,7 +61,7 @@ private:
     // parent is this node's former parent (the caller relinks it there).
     TalvoAVLTreeNode* rotateRight();
     TalvoAVLTreeNode* rotateLeft();
-    TalvoAVLTreeNode* balance();
+    TalvoAVLTreeNode* balance(bool& tie);
 
     TalvoAVLTreeNode* leftmost();
     TalvoAVLTreeNode* rightmost();
@@ -81,6 +81,7 @@ public:
     static constexpr const char* ClassName = "TalvoAVLTree";
 
     // An empty tree ordered by `compare` (called as compare(item in tree, other)).
+    // A null call-back ranks all Items equal: they stay in insertion order.
     explicit TalvoAVLTree(TalvoCompareFunction compare);
     // Deletes every node; the Items are untouched. O(n), no recursion.
     ~TalvoAVLTree();
@@ -208,6 +209,8 @@ private:
     TalvoCompareFunction compare;
     TalvoAVLTreeNode* root;
     int count;
+    // True once a tie rotation may have left a node off balance.
+    bool offBalance;
 };
 
 // In-order cursor. States: on a node; before the first Item; after the last

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstdint>
 #include <random>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -206,6 +207,16 @@ TEST(TalvoAVLTree, EmptyTree_AnswersNull) {
     EXPECT_TRUE(c->isAfterLastItem());
     EXPECT_EQ(c->removeItemAndIncrement(), nullptr);
     delete c;
+    delete tree;
+}
+
+TEST(TalvoAVLTree, NullCompare_KeepsInsertionOrder) {
+    std::vector<Keyed> k = {{3, 0}, {1, 1}, {2, 2}, {0, 3}};
+    TalvoAVLTree* tree = new TalvoAVLTree(nullptr);
+    for (Keyed& item : k)
+        tree->insertItem(&item);
+    EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{0, 1, 2, 3}));
+    EXPECT_TRUE(tree->contains(&k[2]));
     delete tree;
 }
 
@@ -504,6 +515,148 @@ TEST(TalvoAVLTree, DeleteItemsOfList_FreesEveryListItem) {
     EXPECT_EQ(tree->getFirstItem(), kept);
     delete list;
     tree->deleteWithItems(TalvoInteger::free);
+}
+
+namespace {
+
+// The balancing rules written out recursively, one node per Item, removal
+// copying the largest Item of the left subtree up: a reference for shapes.
+struct Model {
+    void* item;
+    Model* left = nullptr;
+    Model* right = nullptr;
+    int height = 1;
+};
+
+int heightOf(Model* m) { return m ? m->height : 0; }
+void fix(Model* m) { m->height = 1 + std::max(heightOf(m->left), heightOf(m->right)); }
+
+Model* rotateRight(Model* n) {
+    Model* l = n->left;
+    n->left = l->right;
+    l->right = n;
+    fix(n);
+    fix(l);
+    return l;
+}
+
+Model* rotateLeft(Model* n) {
+    Model* r = n->right;
+    n->right = r->left;
+    r->left = n;
+    fix(n);
+    fix(r);
+    return r;
+}
+
+Model* balance(Model* n) {
+    if (heightOf(n->left) == heightOf(n->right) + 2) {
+        if (heightOf(n->left->left) <= heightOf(n->left->right))
+            n->left = rotateLeft(n->left);
+        return rotateRight(n);
+    }
+    if (heightOf(n->right) == heightOf(n->left) + 2) {
+        if (heightOf(n->right->left) >= heightOf(n->right->right))
+            n->right = rotateRight(n->right);
+        return rotateLeft(n);
+    }
+    fix(n);
+    return n;
+}
+
+Model* insert(Model* n, void* item) {
+    if (!n)
+        return new Model{item};
+    if (compareKeys(n->item, item) > 0)
+        n->left = insert(n->left, item);
+    else
+        n->right = insert(n->right, item);
+    return balance(n);
+}
+
+Model* removeMaximum(Model* n, void*& item) {
+    if (!n->right) {
+        item = n->item;
+        Model* l = n->left;
+        delete n;
+        return l;
+    }
+    n->right = removeMaximum(n->right, item);
+    return balance(n);
+}
+
+Model* remove(Model* n, void* item) {
+    if (!n)
+        return nullptr;
+    int r = compareKeys(n->item, item);
+    if (r == 0) {
+        if (!n->left || !n->right) {
+            Model* child = n->left ? n->left : n->right;
+            delete n;
+            return child;
+        }
+        n->left = removeMaximum(n->left, n->item);
+        return balance(n);
+    }
+    if (r > 0)
+        n->left = remove(n->left, item);
+    else
+        n->right = remove(n->right, item);
+    return balance(n);
+}
+
+void freeModel(Model* n) {
+    if (n) {
+        freeModel(n->left);
+        freeModel(n->right);
+        delete n;
+    }
+}
+
+// Pre-order (Item, height) pairs of both shapes.
+void shapeOf(Model* n, std::vector<std::pair<void*, int>>& out) {
+    if (n) {
+        out.push_back({n->item, n->height});
+        shapeOf(n->left, out);
+        shapeOf(n->right, out);
+    }
+}
+
+void shapeOf(const TalvoAVLTreeNode* n, std::vector<std::pair<void*, int>>& out) {
+    if (n) {
+        out.push_back({n->getItem(), n->getHeight()});
+        shapeOf(n->getLeft(), out);
+        shapeOf(n->getRight(), out);
+    }
+}
+
+}  // namespace
+
+// Random insertions and removals by key, with many equal keys, give the same
+// shape as the recursive rules (tie rotations and all).
+TEST(TalvoAVLTree, RandomChanges_MatchRecursiveRules) {
+    std::mt19937 random(11);
+    std::vector<Keyed> pool(4000);
+    TalvoAVLTree* tree = new TalvoAVLTree(compareKeys);
+    Model* model = nullptr;
+    for (int i = 0; i < 4000; i++) {
+        pool[i] = {static_cast<int>(random() % 300), i};
+        if (random() % 5 < 3) {
+            tree->insertItem(&pool[i]);
+            model = insert(model, &pool[i]);
+        } else {
+            tree->removeItem(&pool[i]);
+            model = remove(model, &pool[i]);
+        }
+        if (i % 97 == 0 || i == 3999) {
+            std::vector<std::pair<void*, int>> expected, actual;
+            shapeOf(model, expected);
+            shapeOf(tree->getRoot(), actual);
+            ASSERT_EQ(actual, expected) << "after step " << i;
+        }
+    }
+    freeModel(model);
+    delete tree;
 }
 
 // A million Items: deletion and copying must not recurse along the count.

@@ -1,0 +1,452 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/containers/TalvoHashTable.h>
+#include <talvo/containers/TalvoList.h>
+#include <talvo/foundation/TalvoInteger.h>
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+namespace {
+
+// Small integers stand in as Items; each hashes to its own value.
+void* itemOf(std::intptr_t value) { return reinterpret_cast<void*>(value); }
+std::intptr_t valueOf(void* item) { return reinterpret_cast<std::intptr_t>(item); }
+int valueHash(void* item) { return static_cast<int>(valueOf(item)); }
+int negativeHash(void* item) { return -1 - static_cast<int>(valueOf(item)); }
+int boxHash(void* item) { return item ? *static_cast<int*>(item) : 0; }
+int compareValues(void* item, void* key) { return valueOf(item) == valueOf(key) ? 0 : 1; }
+
+std::vector<std::intptr_t> cursorOrder(TalvoHashTable* table, bool backwards = false) {
+    std::vector<std::intptr_t> values;
+    TalvoHashTableCursor* c = table->newCursor();
+    if (backwards) {
+        for (c->resetOnLastItem(); !c->isBeforeFirstItem(); c->decrement())
+            values.push_back(valueOf(c->getItem()));
+    } else {
+        for (c->resetOnFirstItem(); !c->isAfterLastItem(); c->increment())
+            values.push_back(valueOf(c->getItem()));
+    }
+    delete c;
+    return values;
+}
+
+// The (count, new size) pairs at which the table changed size.
+using Steps = std::vector<std::pair<int, int>>;
+
+}  // namespace
+
+TEST(TalvoHashTable, Constructor_SetsDefaults) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    EXPECT_EQ(table->getSize(), 1024);
+    EXPECT_EQ(table->getModulo(), 1021);
+    EXPECT_EQ(table->getEnlargementThreshold(), 102);
+    EXPECT_EQ(table->getReductionThreshold(), 10);
+    EXPECT_EQ(table->getMinimumSize(), 1024);
+    EXPECT_EQ(table->getMaximumSize(), 131072);
+    EXPECT_DOUBLE_EQ(table->getEnlargementRatio(), 0.1);
+    EXPECT_TRUE(table->getResizing());
+    EXPECT_EQ(table->getNumberOfItems(), 0);
+    EXPECT_EQ(table->getHash(), valueHash);
+    delete table;
+}
+
+TEST(TalvoHashTable, SetModulo_FollowsLadderWithItsOddRow) {
+    struct { int size; int modulo; } table[] = {
+        {1024, 1021}, {2048, 2039}, {16384, 16381}, {32678, 32749}, {32768, 32768},
+        {65536, 65521}, {131072, 131071}, {33554432, 33554393}, {1000, 1000}, {0, 0}};
+    for (auto& row : table)
+        EXPECT_EQ(TalvoHashTable::setModulo(row.size), row.modulo) << "size=" << row.size;
+}
+
+TEST(TalvoHashTable, InsertItem_DoublesUpToMaximumSize) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    Steps steps;
+    for (int i = 1; i <= 20000; i++) {
+        int before = table->getSize();
+        table->insertItem(itemOf(i));
+        if (table->getSize() != before)
+            steps.push_back({table->getNumberOfItems(), table->getSize()});
+        if (table->getSize() == 2048 && before == 1024) {
+            EXPECT_EQ(table->getModulo(), 2039);
+            EXPECT_EQ(table->getEnlargementThreshold(), 204);
+            EXPECT_EQ(table->getReductionThreshold(), 20);
+        }
+        if (table->getSize() == 32768) {
+            EXPECT_EQ(table->getModulo(), 32768);
+        }
+    }
+    Steps expected = {{102, 2048},   {204, 4096},    {409, 8192},    {819, 16384},
+                      {1638, 32768}, {3276, 65536},  {6553, 131072}};
+    EXPECT_EQ(steps, expected);
+    EXPECT_EQ(table->getModulo(), 131071);
+    EXPECT_EQ(table->getNumberOfItems(), 20000);
+    EXPECT_TRUE(table->contains(itemOf(12345)));
+    delete table;
+}
+
+TEST(TalvoHashTable, RemoveItem_HalvesDownToMinimumSize) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    const int n = 7000;
+    for (int i = 1; i <= n; i++)
+        table->insertItem(itemOf(i));
+    ASSERT_EQ(table->getSize(), 131072);
+    Steps steps;
+    for (int i = n; i >= 1; i--) {
+        int before = table->getSize();
+        table->removeItem(itemOf(i));
+        if (table->getSize() != before)
+            steps.push_back({table->getNumberOfItems(), table->getSize()});
+    }
+    Steps expected = {{1310, 65536}, {655, 32768}, {327, 16384}, {163, 8192},
+                      {81, 4096},    {40, 2048},   {20, 1024}};
+    EXPECT_EQ(steps, expected);
+    EXPECT_EQ(table->getModulo(), 1021);
+    delete table;
+}
+
+TEST(TalvoHashTable, RemoveItems_HalvesAtMostOnce) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    for (int i = 1; i <= 500; i++)
+        table->insertItem(itemOf(i));
+    ASSERT_EQ(table->getSize(), 8192);
+    table->removeItems();
+    EXPECT_EQ(table->getNumberOfItems(), 0);
+    EXPECT_EQ(table->getSize(), 4096);
+    table->reset();
+    EXPECT_EQ(table->getSize(), 1024);
+    delete table;
+}
+
+TEST(TalvoHashTable, InsertItem_KeepsDuplicatesAndRemovesOneAtATime) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    table->insertItem(itemOf(7));
+    table->insertItem(itemOf(7));
+    EXPECT_EQ(table->getNumberOfItems(), 2);
+    table->removeItem(itemOf(7));
+    EXPECT_EQ(table->getNumberOfItems(), 1);
+    EXPECT_TRUE(table->contains(itemOf(7)));
+    table->removeItem(itemOf(8));  // absent: nothing
+    EXPECT_EQ(table->getNumberOfItems(), 1);
+    delete table;
+}
+
+// Slot order first, then insertion order within a bucket: 1024 and 3 share
+// slot 3, 1 and 2043 share slot 1 (mod 1021).
+TEST(TalvoHashTable, Cursor_WalksSlotOrderThenBucketOrder) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    for (int v : {1024, 3, 1, 2043, 1020})
+        table->insertItem(itemOf(v));
+    EXPECT_EQ(cursorOrder(table), (std::vector<std::intptr_t>{1, 2043, 1024, 3, 1020}));
+    EXPECT_EQ(cursorOrder(table, true), (std::vector<std::intptr_t>{1020, 3, 1024, 2043, 1}));
+    struct { int n; std::intptr_t value; } table2[] = {{0, 0}, {1, 1}, {2, 2043}, {4, 3}, {5, 1020}, {6, 0}};
+    for (auto& row : table2)
+        EXPECT_EQ(valueOf(table->getNthItem(row.n)), row.value) << "n=" << row.n;
+    EXPECT_EQ(table->getItemPosition(itemOf(3)), 4);
+    EXPECT_EQ(table->getItemPosition(itemOf(4)), 0);
+    EXPECT_EQ(table->getFirstNonEmptyEntryNumber(), 1);
+    EXPECT_EQ(table->getLastNonEmptyEntryNumber(), 1020);
+    EXPECT_EQ(table->getNextNonEmptyEntryNumber(1), 3);
+    EXPECT_EQ(table->getPreviousNonEmptyEntryNumber(3), 1);
+    EXPECT_EQ(table->getNextNonEmptyEntryNumber(1020), -1);
+    delete table;
+}
+
+TEST(TalvoHashTable, CursorStates_OnEmptyAndAtEnds) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    TalvoHashTableCursor* c = table->newCursor();
+    c->resetOnFirstItem();
+    EXPECT_TRUE(c->isBeforeFirstItem());
+    EXPECT_TRUE(c->isAfterLastItem());
+    EXPECT_EQ(c->getItem(), nullptr);
+    table->insertItem(itemOf(5));
+    table->insertItem(itemOf(9));
+    c->resetOnFirstItem();
+    EXPECT_TRUE(c->isOnFirstItem());
+    c->resetInPosition(2);  // the base operation: does nothing
+    EXPECT_EQ(valueOf(c->getItem()), 5);
+    c->increment();
+    EXPECT_TRUE(c->isOnLastItem());
+    c->increment();
+    EXPECT_TRUE(c->isAfterLastItem());
+    EXPECT_FALSE(c->isBeforeFirstItem());
+    c->resetOnItem(itemOf(9));
+    EXPECT_EQ(valueOf(c->getItem()), 9);
+    TalvoHashTableCursor* twin = c->copy();
+    c->decrement();
+    EXPECT_EQ(valueOf(twin->getItem()), 9);
+    EXPECT_EQ(valueOf(c->getItem()), 5);
+    c->decrement();
+    EXPECT_TRUE(c->isBeforeFirstItem());
+    EXPECT_FALSE(c->isAfterLastItem());
+    delete twin;
+    delete c;
+    delete table;
+}
+
+// Removing through the cursor keeps resizing off, so the walk meets every
+// Item once although the count drops far below the reduction threshold.
+TEST(TalvoHashTable, CursorRemoveItemAndIncrement_VisitsEveryItemOnce) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    for (int i = 1; i <= 300; i++)
+        table->insertItem(itemOf(i * 7));
+    ASSERT_EQ(table->getSize(), 4096);
+    std::vector<std::intptr_t> before = cursorOrder(table), removed;
+    TalvoHashTableCursor* c = table->newCursor();
+    for (c->resetOnFirstItem(); !c->isAfterLastItem();)
+        removed.push_back(valueOf(c->removeItemAndIncrement()));
+    EXPECT_EQ(removed, before);
+    EXPECT_EQ(table->getNumberOfItems(), 0);
+    EXPECT_EQ(table->getSize(), 4096);
+    EXPECT_TRUE(table->getResizing());
+    delete c;
+    delete table;
+}
+
+// The same pointer twice in one bucket: stepping back lands on the other
+// occurrence, which must survive the removal.
+TEST(TalvoHashTable, CursorRemoveItemAndDecrement_WithRepeatedPointer) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    for (int v : {3, 1024, 3})
+        table->insertItem(itemOf(v));
+    TalvoHashTableCursor* c = table->newCursor();
+    c->resetOnLastItem();
+    EXPECT_EQ(valueOf(c->removeItemAndDecrement()), 3);
+    EXPECT_EQ(valueOf(c->getItem()), 1024);
+    EXPECT_EQ(cursorOrder(table), (std::vector<std::intptr_t>{1024, 3}));
+    c->resetOnLastItem();
+    c->decrement();
+    table->insertItem(itemOf(3));  // bucket now 1024, 3, 3
+    c->resetOnLastItem();
+    EXPECT_EQ(valueOf(c->removeItemAndDecrement()), 3);
+    EXPECT_EQ(valueOf(c->getItem()), 3);
+    EXPECT_EQ(cursorOrder(table), (std::vector<std::intptr_t>{1024, 3}));
+    EXPECT_EQ(valueOf(c->removeItemAndDecrement()), 3);
+    EXPECT_EQ(valueOf(c->getItem()), 1024);
+    EXPECT_EQ(table->getNumberOfItems(), 1);
+    delete c;
+    delete table;
+}
+
+// Removals empty the lowest existing bucket: getFirstItem then answers null
+// although the table still holds Items (required behaviour).
+TEST(TalvoHashTable, GetFirstItem_NullWhenLowestBucketIsEmpty) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    table->insertItem(itemOf(5));
+    table->insertItem(itemOf(9));
+    table->removeItem(itemOf(5));
+    EXPECT_EQ(table->getNumberOfItems(), 1);
+    EXPECT_EQ(table->getFirstItem(), nullptr);
+    EXPECT_EQ(table->removeFirstItem(), nullptr);
+    EXPECT_EQ(table->getNumberOfItems(), 1);
+    EXPECT_EQ(valueOf(table->getLastItem()), 9);
+    EXPECT_EQ(valueOf(table->removeLastItem()), 9);
+    EXPECT_EQ(table->getLastItem(), nullptr);
+    delete table;
+}
+
+TEST(TalvoHashTable, GetNthEntry_AcceptsModuloItself) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    table->insertItem(itemOf(4));
+    EXPECT_NE(table->getNthEntry(4), nullptr);
+    EXPECT_EQ(table->getNthEntry(1021), nullptr);
+    EXPECT_EQ(table->getNthEntry(1022), nullptr);
+    EXPECT_EQ(table->getNthEntry(-1), nullptr);
+    TalvoListCursor* c = table->newCursorOnNthEntry(1021);
+    ASSERT_NE(c, nullptr);
+    c->resetOnFirstItem();
+    EXPECT_TRUE(c->isAfterLastItem());
+    delete c;
+    EXPECT_EQ(table->newCursorOnNthEntry(1022), nullptr);
+    delete table;
+}
+
+// A negative hash lands in the slot of its unsigned value instead of below
+// the array.
+TEST(TalvoHashTable, NegativeHash_StaysInsideTheTable) {
+    TalvoHashTable* table = new TalvoHashTable(negativeHash);
+    for (int i = 0; i < 300; i++)
+        table->insertItem(itemOf(i));
+    EXPECT_EQ(table->hashItem(itemOf(4)), -5);
+    EXPECT_TRUE(table->contains(itemOf(4)));
+    EXPECT_EQ(valueOf(table->lookForItem(compareValues, itemOf(4))), 4);
+    EXPECT_EQ(static_cast<int>(cursorOrder(table).size()), 300);
+    for (int i = 0; i < 300; i++)
+        table->removeItem(itemOf(i));
+    EXPECT_EQ(table->getNumberOfItems(), 0);
+    delete table;
+}
+
+// The ladder's 32678 row has a modulo above the size; every slot stays inside.
+TEST(TalvoHashTable, OddLadderSize_KeepsEverySlotInside) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    table->setMinimumSize(32678);
+    table->reset();
+    EXPECT_EQ(table->getSize(), 32678);
+    EXPECT_EQ(table->getModulo(), 32749);
+    table->insertItem(itemOf(32748));
+    EXPECT_EQ(table->getNthEntry(32749), nullptr);
+    EXPECT_EQ(table->getLastNonEmptyEntryNumber(), 32748);
+    delete table;
+}
+
+TEST(TalvoHashTable, LookForItem_SearchesOnlyTheHashedBucket) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    for (int v : {3, 1024, 8})
+        table->insertItem(itemOf(v));
+    EXPECT_EQ(valueOf(table->lookForItem(3, compareValues, itemOf(1024))), 1024);
+    EXPECT_EQ(table->lookForItem(8, compareValues, itemOf(1024)), nullptr);
+    EXPECT_EQ(valueOf(table->lookForItem(compareValues, itemOf(8))), 8);
+    EXPECT_EQ(valueOf(table->searchItem(compareValues, itemOf(8))), 8);
+    EXPECT_EQ(table->searchItem(compareValues, itemOf(9)), nullptr);
+    delete table;
+}
+
+TEST(TalvoHashTable, Copy_CarriesParametersButCopyWithItemsDoesNot) {
+    TalvoHashTable* table = new TalvoHashTable(boxHash);
+    table->setMinimumSize(512);
+    table->setEnlargementRatio(0.5);
+    table->setReductionRatio(0.2);
+    table->setResizing(false);
+    for (int v : {1, 2, 3})
+        table->insertItem(TalvoInteger::allocate(v));
+    TalvoHashTable* same = table->copy();
+    EXPECT_EQ(same->getSize(), 1024);
+    EXPECT_EQ(same->getMinimumSize(), 512);
+    EXPECT_EQ(same->getEnlargementThreshold(), 512);
+    EXPECT_EQ(same->getReductionThreshold(), 204);
+    EXPECT_TRUE(same->getResizing());
+    EXPECT_EQ(same->getNthItem(2), table->getNthItem(2));
+    TalvoHashTable* deep = table->copyWithItems(TalvoInteger::copy);
+    EXPECT_EQ(deep->getMinimumSize(), 1024);
+    EXPECT_EQ(deep->getEnlargementThreshold(), 102);
+    EXPECT_EQ(deep->getNumberOfItems(), 3);
+    EXPECT_NE(deep->getNthItem(2), table->getNthItem(2));
+    EXPECT_EQ(*static_cast<int*>(deep->getNthItem(2)), 2);
+    delete same;
+    deep->deleteWithItems(TalvoInteger::free);
+    table->deleteWithItems(TalvoInteger::free);
+}
+
+TEST(TalvoHashTable, ExtractListAndRange_TakePositionsInCursorOrder) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    for (int v : {4, 2, 3, 1})
+        table->insertItem(itemOf(v));
+    TalvoList* list = table->extractList(0, 2);
+    ASSERT_EQ(list->getNumberOfItems(), 2);
+    EXPECT_EQ(valueOf(list->getNthItem(2)), 2);
+    TalvoHashTable* range = table->extractRange(3, 9);
+    EXPECT_EQ(cursorOrder(range), (std::vector<std::intptr_t>{3, 4}));
+    EXPECT_EQ(table->getNumberOfItems(), 4);
+    delete list;
+    delete range;
+    delete table;
+}
+
+TEST(TalvoHashTable, SetOperations_ByIdentity) {
+    TalvoHashTable* a = new TalvoHashTable(valueHash);
+    TalvoHashTable* b = new TalvoHashTable(valueHash);
+    for (int v : {1, 2, 2, 3})
+        a->insertItem(itemOf(v));
+    for (int v : {2, 4, 4})
+        b->insertItem(itemOf(v));
+    EXPECT_EQ(a->getNumberOfItemsOfIntersection(b), 2);
+    EXPECT_EQ(a->getNumberOfItemsOfDifference(b), 2);
+    EXPECT_EQ(a->getNumberOfItemsOfUnion(b), 5);
+    TalvoHashTable* all = a->buildUnion(b);
+    EXPECT_EQ(cursorOrder(all), (std::vector<std::intptr_t>{1, 2, 2, 3, 4}));
+    TalvoHashTable* both = a->buildIntersection(b);
+    EXPECT_EQ(cursorOrder(both), (std::vector<std::intptr_t>{2, 2}));
+    TalvoHashTable* only = a->buildDifference(b);
+    EXPECT_EQ(cursorOrder(only), (std::vector<std::intptr_t>{1, 3}));
+    a->subtraction(b);  // one occurrence of 2
+    EXPECT_EQ(cursorOrder(a), (std::vector<std::intptr_t>{1, 2, 3}));
+    a->addition(b);
+    EXPECT_EQ(cursorOrder(a), (std::vector<std::intptr_t>{1, 2, 3, 4}));
+    a->selection(b);
+    EXPECT_EQ(cursorOrder(a), (std::vector<std::intptr_t>{2, 4}));
+    a->insertItems(a);
+    EXPECT_EQ(cursorOrder(a), (std::vector<std::intptr_t>{2, 2, 4, 4}));
+    a->subtraction(a);
+    EXPECT_EQ(a->getNumberOfItems(), 0);
+    EXPECT_EQ(a->buildUnion(nullptr), nullptr);
+    for (TalvoHashTable* t : {a, b, all, both, only})
+        delete t;
+}
+
+// The list ends empty and every Item of it is freed, held by the table or not.
+TEST(TalvoHashTable, DeleteItemsOfList_FreesEveryListItem) {
+    TalvoHashTable* table = new TalvoHashTable(boxHash);
+    int* held = TalvoInteger::allocate(1);
+    int* kept = TalvoInteger::allocate(2);
+    int* stranger = TalvoInteger::allocate(1);
+    table->insertItem(held);
+    table->insertItem(kept);
+    TalvoList* list = new TalvoList(2, held, stranger);
+    table->deleteItems(list, TalvoInteger::free);
+    EXPECT_TRUE(list->isEmpty());
+    EXPECT_EQ(table->getNumberOfItems(), 1);
+    EXPECT_TRUE(table->contains(kept));
+    delete list;
+    table->deleteWithItems(TalvoInteger::free);
+}
+
+TEST(TalvoHashTable, CompareAndDeleteItems_FreesMatchesInEveryBucket) {
+    TalvoHashTable* table = new TalvoHashTable(boxHash);
+    for (int v : {3, 1, 3, 2, 1024})
+        table->insertItem(TalvoInteger::allocate(v));
+    int three = 3;
+    table->compareAndDeleteItems(TalvoInteger::geq, &three, TalvoInteger::free);
+    EXPECT_EQ(table->getNumberOfItems(), 3);
+    int seven = 7;
+    table->compareAndRemoveItems(TalvoInteger::geq, &seven);
+    EXPECT_EQ(table->getNumberOfItems(), 3);
+    table->deleteItems(TalvoInteger::free);
+    EXPECT_EQ(table->getNumberOfItems(), 0);
+    delete table;
+}
+
+TEST(TalvoHashTable, EnlargeAndReduce_OnlyWhileResizingIsOn) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    table->setResizing(false);
+    for (int i = 1; i <= 200; i++)
+        table->insertItem(itemOf(i));
+    table->enlarge();
+    EXPECT_EQ(table->getSize(), 1024);
+    table->setResizing(true);
+    table->enlarge();
+    EXPECT_EQ(table->getSize(), 2048);
+    EXPECT_EQ(table->getNumberOfItems(), 200);
+    table->reduce();
+    EXPECT_EQ(table->getSize(), 1024);
+    table->reduce();  // never below the minimum size
+    EXPECT_EQ(table->getSize(), 1024);
+    table->insertItem(itemOf(201));  // 201 >= 102: the next insertion doubles
+    EXPECT_EQ(table->getSize(), 2048);
+    delete table;
+}
+
+namespace {
+int nullHashes = 0;
+int countingHash(void* item) {
+    nullHashes += item == nullptr;
+    return valueHash(item);
+}
+}  // namespace
+
+// Removing the first, last or n-th Item of an empty table still removes null,
+// so the hash call-back receives it.
+TEST(TalvoHashTable, RemoveFirstItem_OnEmptyTableHashesNull) {
+    TalvoHashTable* table = new TalvoHashTable(countingHash);
+    nullHashes = 0;
+    EXPECT_EQ(table->removeFirstItem(), nullptr);
+    EXPECT_EQ(table->removeLastItem(), nullptr);
+    EXPECT_EQ(table->removeNthItem(1), nullptr);
+    EXPECT_EQ(nullHashes, 3);
+    table->insertItem(itemOf(4));
+    table->insertItem(itemOf(2));
+    EXPECT_EQ(valueOf(table->removeNthItem(2)), 4);
+    EXPECT_EQ(table->getNumberOfItems(), 1);
+    delete table;
+}
