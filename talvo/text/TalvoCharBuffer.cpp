@@ -107,7 +107,13 @@ char TalvoCharBuffer::popChar() {
 }
 
 char* TalvoCharBuffer::copyString() const {
-    return TalvoRawString::copy(_string);
+    if (!_string)
+        return nullptr;
+    // The text is the first _length bytes: a popped byte may still sit before the terminator.
+    char* text = TalvoRawString::allocate(_length + 1);
+    if (text)
+        std::memcpy(text, _string, static_cast<std::size_t>(_length));
+    return text;
 }
 
 void TalvoCharBuffer::reset() {
@@ -128,7 +134,13 @@ int TalvoCharBuffer::computeKey() const {
 }
 
 int TalvoCharBuffer::compare(const TalvoCharBuffer* other) const {
-    const char* mine = _string;
     const char* theirs = other ? other->_string : nullptr;
-    return TalvoRawString::compare(const_cast<char*>(mine), const_cast<char*>(theirs));
+    if (!_string || !theirs)
+        return (_string ? 1 : 0) - (theirs ? 1 : 0);
+    // Go by the lengths, not the terminators, which popChar leaves behind.
+    int common = _length < other->_length ? _length : other->_length;
+    int order = std::memcmp(_string, theirs, static_cast<std::size_t>(common));  // unsigned bytes
+    if (order == 0)
+        order = _length - other->_length;
+    return order < 0 ? -1 : (order > 0 ? 1 : 0);
 }

@@ -53,7 +53,8 @@ public:
     char popChar();
 
     // A new raw string (owned by the caller, release with TalvoRawString::free)
-    // holding the text; null when nothing was ever allocated. O(length).
+    // holding the text (the first getLength() bytes); null when nothing was
+    // ever allocated. O(length).
     char* copyString() const;
     // Empties the text and keeps the block; nothing when never allocated.
     void reset();
@@ -61,7 +62,8 @@ public:
     // Hash key: the sum of each byte (signed) times 2 * ((i + 1) mod 30) - 1,
     // wrapping in 32 bits; 0 when empty. O(length).
     int computeKey() const;
-    // -1, 0 or 1 by unsigned bytes. A buffer that never allocated (or a null
+    // -1, 0 or 1 by the unsigned bytes of the two texts (getLength() bytes
+    // each, a proper prefix first). A buffer that never allocated (or a null
     // `other`) sorts before any allocated one; two such compare equal. O(length).
     int compare(const TalvoCharBuffer* other) const;
 
