@@ -79,7 +79,7 @@ public:
     void div(double d);
     /// @}
 
-    /// @name Every element with the element of `v` at the same index
+    /// @name Every element with the element of v at the same index
     /// O(size). A null `v` changes nothing.
     /// @{
 
@@ -95,7 +95,7 @@ public:
     void div(TalvoDoubleVector* v);
     /// @}
 
-    /// @name Every element with d times the element of `v`
+    /// @name Every element with d times the element of v
     /// O(size). A null `v` changes nothing.
     /// @{
 
