@@ -79,8 +79,8 @@ public:
     /// unopenable path writes to standard error, as above.
     static void trace(const char* path, double value);
     /// Appends formatted text to the file at `path`; a null or unopenable path
-    /// writes to standard error, as above. The format understands %c %s %d %l
-    /// %f %g and the escapes `\t`, `\n` and `\\`; any other character after
+    /// writes to standard error, as above. The format understands "%c", "%s",
+    /// "%d", "%l", "%f", "%g" and the escapes `\t`, `\n` and `\\`; any other character after
     /// "%" is dropped with it ("%%" writes nothing).
     static void trace(const char* path, const char* format, ...);
 };
