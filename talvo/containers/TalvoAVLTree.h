@@ -136,7 +136,7 @@ public:
     /// null when none. O(log n).
     void* lookForItem(void* key);
     /// The same with another call-back, compare(item, key), which must order
-    /// the Items as the tree's own does (e.g. an Item against a bare key).
+    /// the Items as the tree's own does (such as an Item against a bare key).
     void* lookForItem(TalvoCompareFunction compare, void* key);
     /// The first Item in order for which compare(item, key) is 0, null when
     /// none: a full scan for call-backs unrelated to the order. O(n).

@@ -62,7 +62,7 @@ public:
     /// Counts one release. A negative balance is written to the dump file and
     /// ends the process with exit status 1.
     static void traceDelete(const void* pointer, const char* className);
-    /// Writes "point :: <label>" to the trace file when tracing.
+    /// Writes "point :: " and the label to the trace file when tracing.
     static void traceAllocationDebugPoint(const char* label);
     /// Always writes the label and the balance to the trace file.
     static void traceAllocationBalance(const char* label);
