@@ -36,6 +36,18 @@
 #include <talvo/text/TalvoRawStringStream.h>
 #include <talvo/text/TalvoFile.h>
 
+// XML
+#include <talvo/xml/TalvoXMLTerm.h>
+#include <talvo/xml/TalvoXMLAttribute.h>
+#include <talvo/xml/TalvoXMLDocument.h>
+#include <talvo/xml/TalvoXMLPrinter.h>
+#include <talvo/xml/TalvoXMLParserMessenger.h>
+#include <talvo/xml/TalvoXMLParser.h>
+
+// Regular expressions
+#include <talvo/regex/TalvoRegex.h>
+#include <talvo/regex/TalvoRegexManager.h>
+
 // Statistics
 #include <talvo/stats/TalvoRandomizer.h>
 #include <talvo/stats/TalvoQuantilizer.h>

@@ -1,4 +1,4 @@
-// A short tour of what the library offers so far.
+// Raw strings, boxed numbers and the allocation balance.
 #include <talvo/talvo.h>
 
 #include <cstdio>

@@ -1,0 +1,110 @@
+// talvo grep|sub|split on fixtures.
+#include "ToolRunner.h"
+#include "support/TalvoTest.h"
+
+using talvo_test::writeFile;
+using talvo_tool_test::runTool;
+using talvo_tool_test::ToolRun;
+
+namespace {
+
+const char* const Log =
+    "GET /a 200\n"
+    "POST /b 500\n"
+    "\n"
+    "GET /c 500 500\n";
+
+struct Case {
+    std::vector<std::string> arguments;
+    const char* out;
+    int status;
+};
+
+void expectCases(const std::vector<Case>& cases, const char* input) {
+    for (const Case& c : cases) {
+        ToolRun run = runTool(c.arguments, input);
+        std::string shown;
+        for (const std::string& a : c.arguments)
+            shown += a + " ";
+        EXPECT_EQ(run.out, c.out) << shown;
+        EXPECT_EQ(run.err, "") << shown;
+        EXPECT_EQ(run.status, c.status) << shown;
+    }
+}
+
+}  // namespace
+
+TEST(TalvoToolGrep, Options_SelectCountNumberAndInvert) {
+    expectCases({
+                    {{"grep", "500"}, "POST /b 500\nGET /c 500 500\n", 0},
+                    {{"grep", "-n", "GET|POST"}, "1:GET /a 200\n2:POST /b 500\n4:GET /c 500 500\n", 0},
+                    {{"grep", "-c", "500"}, "2\n", 0},
+                    // The library never matches an empty text, so the blank line is never selected...
+                    {{"grep", "-c", "x*"}, "3\n", 0},
+                    // ...and inverting selects it.
+                    {{"grep", "-v", "-n", "GET"}, "2:POST /b 500\n3:\n", 0},
+                    {{"grep", "-o", "50+"}, "500\n500\n500\n", 0},
+                    {{"grep", "-o", "^[A-Z]"}, "G\nP\nG\n", 0},  // "^" stays the start of the line
+                    {{"grep", "-o", "-n", "/[a-z]"}, "1:/a\n2:/b\n4:/c\n", 0},
+                    {{"grep", "-c", "-v", "."}, "1\n", 0},
+                    {{"grep", "DELETE"}, "", 1},
+                    {{"grep", "-c", "DELETE"}, "0\n", 1},
+                    {{"grep", "(G)ET /\\1"}, "", 1},
+                },
+                Log);
+}
+
+TEST(TalvoToolGrep, SeveralFiles_PrefixTheirNamesAndKeepGoingPastAMissingOne) {
+    writeFile("one.log", "alpha\nbeta\n");
+    writeFile("two.log", "gamma\nalphabet\n");
+    ToolRun run = runTool({"grep", "-n", "alpha", "one.log", "none.log", "two.log"});
+    EXPECT_EQ(run.out, "one.log:1:alpha\ntwo.log:2:alphabet\n");
+    EXPECT_EQ(run.err, "talvo: none.log: No such file or directory\n");
+    EXPECT_EQ(run.status, 2);
+    run = runTool({"grep", "-c", "a", "one.log", "-"}, "xyz\n");
+    EXPECT_EQ(run.out, "one.log:2\n(standard input):0\n");
+    EXPECT_EQ(run.status, 0);
+}
+
+TEST(TalvoToolGrep, InvalidPattern_ExitsTwoWithOneDiagnostic) {
+    for (const char* pattern : {"a|", "(a", "*a", "[abc", ""}) {
+        ToolRun run = runTool({"grep", pattern}, Log);
+        EXPECT_EQ(run.out, "") << pattern;
+        EXPECT_EQ(run.err, "talvo: invalid pattern '" + std::string(pattern) + "'\n") << pattern;
+        EXPECT_EQ(run.status, 2) << pattern;
+    }
+}
+
+TEST(TalvoToolGrep, LongLinesAndMissingFinalNewline_AreReadWhole) {
+    std::string longLine(3 * 1000 * 1000, 'x');
+    longLine[2999990] = 'y';
+    ToolRun run = runTool({"grep", "-o", "yx*$"}, "short\n" + longLine);
+    EXPECT_EQ(run.out, "yxxxxxxxxx\n");
+    EXPECT_EQ(run.status, 0);
+}
+
+TEST(TalvoToolSub, FirstOrEveryMatchWithBackReferences) {
+    expectCases({
+                    {{"sub", "0", "1"}, "GET /a 210\nPOST /b 510\n\nGET /c 510 500\n", 0},
+                    {{"sub", "-g", "0", "1"}, "GET /a 211\nPOST /b 511\n\nGET /c 511 511\n", 0},
+                    {{"sub", "^([A-Z]+) (/[a-z])", "\\2 \\1"}, "/a GET 200\n/b POST 500\n\n/c GET 500 500\n", 0},
+                    // A backslash before anything but a digit is kept.
+                    {{"sub", "/", "\\x"}, "GET \\xa 200\nPOST \\xb 500\n\nGET \\xc 500 500\n", 0},
+                    // A line replaced entirely by nothing stays an empty line.
+                    {{"sub", ".*", ""}, "\n\n\n\n", 0},
+                },
+                Log);
+    ToolRun run = runTool({"sub", "(", "x"}, Log);
+    EXPECT_EQ(run.err, "talvo: invalid pattern '('\n");
+    EXPECT_EQ(run.status, 2);
+}
+
+TEST(TalvoToolSplit, PiecesOneALineWithoutTrailingEmptyPiece) {
+    expectCases({
+                    {{"split", ","}, "\na\n\nb\n", 0},
+                    {{"split", ", *"}, "\na\n\nb\n", 0},
+                    // An empty match cuts before the byte it stands on, then moves on one byte.
+                    {{"split", "x*"}, "\n,\na\n,\n,\nb\n,\n", 0},
+                },
+                ",a,,b,\n");
+}
