@@ -1,4 +1,5 @@
-// talvo: the umbrella header. Includes every public header of the library.
+/// @file
+/// talvo: the umbrella header. Includes every public header of the library.
 #pragma once
 
 // Foundation

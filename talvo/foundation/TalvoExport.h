@@ -1,7 +1,8 @@
-// Symbol visibility for the shared library.
-//
-// The library is built with hidden visibility; TALVO_API marks the classes
-// and functions that form its public interface.
+/// @file
+/// Symbol visibility for the shared library.
+///
+/// The library is built with hidden visibility; TALVO_API marks the classes
+/// and functions that form its public interface.
 #pragma once
 
 #if defined(_WIN32)
@@ -11,5 +12,6 @@
 #    define TALVO_API __declspec(dllimport)
 #  endif
 #else
+/// Marks a class or function of the public interface as exported.
 #  define TALVO_API __attribute__((visibility("default")))
 #endif

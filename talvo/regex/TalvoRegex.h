@@ -1,20 +1,21 @@
-// TalvoRegex: one node of a compiled regular expression.
-//
-// The manager's compiler builds a tree of these nodes from a pattern: an
-// alternation or a concatenation has a left and a right argument, a
-// repetition (star, plus, question mark) or a group has its operand in the
-// left argument, a character or a bracket class keeps its text in
-// characterClass. A node belongs to the manager that created it; the manager
-// deletes every node it made, and a node never frees its operands.
-//
-// A node matches itself, followed by a stack of nodes still to match, against
-// a NUL-terminated byte string by depth-first backtracking: alternatives left
-// first, each repetition iteration matched on its own and never revised,
-// greedy repetitions. Captures go to the manager whenever a group completes,
-// on every path tried. groupState and groupIndex are 0 whenever no match runs.
-//
-// Invariant: the subtree under a node is a tree (no node reached twice); a
-// subtree with a cycle never matches.
+/// @file
+/// TalvoRegex: one node of a compiled regular expression.
+///
+/// The manager's compiler builds a tree of these nodes from a pattern: an
+/// alternation or a concatenation has a left and a right argument, a
+/// repetition (star, plus, question mark) or a group has its operand in the
+/// left argument, a character or a bracket class keeps its text in
+/// characterClass. A node belongs to the manager that created it; the manager
+/// deletes every node it made, and a node never frees its operands.
+///
+/// A node matches itself, followed by a stack of nodes still to match, against
+/// a NUL-terminated byte string by depth-first backtracking: alternatives left
+/// first, each repetition iteration matched on its own and never revised,
+/// greedy repetitions. Captures go to the manager whenever a group completes,
+/// on every path tried. groupState and groupIndex are 0 whenever no match runs.
+///
+/// Invariant: the subtree under a node is a tree (no node reached twice); a
+/// subtree with a cycle never matches.
 #pragma once
 
 #include <talvo/foundation/TalvoExport.h>
@@ -28,11 +29,12 @@ class TalvoList;
 class TalvoRegexManager;
 class TalvoStream;
 
+/// One node of a compiled regular expression, owned by its manager.
 class TALVO_API TalvoRegex : public TalvoObject<TalvoRegex> {
 public:
-    static constexpr const char* ClassName = "TalvoRegex";
+    static constexpr const char* ClassName = "TalvoRegex";  ///< Name in the allocation trace.
 
-    // Node kinds; the values are fixed.
+    /// Node kinds; the values are fixed.
     enum Type : std::int32_t {
         TYPE_DOT = 0,
         TYPE_CHAR = 1,
@@ -49,56 +51,71 @@ public:
         TYPE_BACKREFERENCE = 12
     };
 
-    // A node of `type` owned by `manager`, with no operands, no class text
-    // and back-reference number -1. Nodes are normally made by
-    // TalvoRegexManager::newRegex, which also keeps them.
+    /// A node of `type` owned by `manager`, with no operands, no class text
+    /// and back-reference number -1. Nodes are normally made by
+    /// TalvoRegexManager::newRegex, which also keeps them.
     TalvoRegex(TalvoRegexManager* manager, Type type);
-    // Frees the class text only.
+    /// Frees the class text only.
     ~TalvoRegex();
-    // Copies all eight fields; the class text is then shared, not copied.
+    /// Copies all eight fields; the class text is then shared, not copied.
     TalvoRegex& operator=(const TalvoRegex& other);
 
-    // Free call-back for a node: destructor then release. Null is accepted.
+    /// Free call-back for a node: destructor then release. Null is accepted.
     static void free(void* regex);
 
+    /// The manager that owns the node.
     TalvoRegexManager* getManager() const { return manager; }
+    /// The node kind.
     Type getType() const { return type; }
+    /// The left operand (the operand of a repetition or group); null when none.
     TalvoRegex* getLeftArgument() const { return leftArgument; }
+    /// Replaces the left operand (not owned; the old one is not freed).
     void setLeftArgument(TalvoRegex* regex);
+    /// The right operand of an alternation or concatenation; null when none.
     TalvoRegex* getRightArgument() const { return rightArgument; }
+    /// Replaces the right operand (not owned; the old one is not freed).
     void setRightArgument(TalvoRegex* regex);
+    /// The class text of a character or bracket node, owned by the node; null
+    /// when none.
     const char* getCharacterClass() const { return characterClass; }
-    // Frees the previous text and keeps a copy of `text` (null stores null).
+    /// Frees the previous text and keeps a copy of `text` (null stores null).
     void setCharacterClass(const char* text);
+    /// The group number of a group, the referenced group of a back
+    /// reference; -1 when not set.
     int getBackReferenceNumber() const { return backReferenceNumber; }
+    /// Replaces the number.
     void setBackReferenceNumber(int number);
+    /// Matcher bookkeeping; 0 whenever no match runs.
     int getGroupState() const { return groupState; }
+    /// Sets the matcher bookkeeping state.
     void setGroupState(int state) { groupState = state; }
+    /// Matcher bookkeeping; 0 whenever no match runs.
     int getGroupIndex() const { return groupIndex; }
+    /// Sets the matcher bookkeeping index.
     void setGroupIndex(int index) { groupIndex = index; }
 
-    // 1 when byte `c` belongs to this node's class, else 0. A character node
-    // compares c with its one byte; a bracket class "[...]" is walked member
-    // by member ("^" negates, a leading "]" is a member, "a-z" style ranges
-    // within one of a-z, A-Z, 0-9, "\n" "\t" "\r" stand for their bytes).
-    // 0 when there is no class text. O(length of the class).
+    /// 1 when byte `c` belongs to this node's class, else 0. A character node
+    /// compares c with its one byte; a bracket class "[...]" is walked member
+    /// by member ("^" negates, a leading "]" is a member, "a-z" style ranges
+    /// within one of a-z, A-Z, 0-9, `\n` `\t` `\r` stand for their bytes).
+    /// 0 when there is no class text. O(length of the class).
     int isCharacterInClass(char c) const;
 
-    // Numbers the groups of the subtree in the order of their opening
-    // parentheses, giving each *next and incrementing it. Null is ignored.
+    /// Numbers the groups of the subtree in the order of their opening
+    /// parentheses, giving each *next and incrementing it. Null is ignored.
     void defineBackReferenceNumbers(int* next);
 
-    // The end of a match of this node at `position` of `text` followed by
-    // every node of `stack` (first item next), or -1. The stack is left as
-    // it was found (it may be null: nothing follows). Captures recorded on
-    // the way are stored in the manager. -1 for a null text or a position
-    // outside the text. Linear memory in the length matched.
+    /// The end of a match of this node at `position` of `text` followed by
+    /// every node of `stack` (first item next), or -1. The stack is left as
+    /// it was found (it may be null: nothing follows). Captures recorded on
+    /// the way are stored in the manager. -1 for a null text or a position
+    /// outside the text. Linear memory in the length matched.
     int match(const char* text, int position, TalvoList* stack);
 
-    // Writes the subtree back in pattern syntax (no parentheses are added
-    // for precedence). Nothing for a null file.
+    /// Writes the subtree back in pattern syntax (no parentheses are added
+    /// for precedence). Nothing for a null file.
     void print(FILE* file) const;
-    // The same text, byte by byte through put(char). Nothing for null.
+    /// The same text, byte by byte through put(char). Nothing for null.
     void print(TalvoStream* stream) const;
 
 private:

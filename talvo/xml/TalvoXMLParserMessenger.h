@@ -1,21 +1,23 @@
-// TalvoXMLParserMessenger: the texts of the XML parser's reports.
-//
-// It holds no data: two virtual look-ups map a message type index (0 "line",
-// 1 "SYNTAX ERROR", 2 "ERROR", 3 "WARNING") and a message code (1001 to
-// 1013) to constant texts. Derive from it and override both to translate the
-// reports; the parser asks its messenger for every text it writes.
+/// @file
+/// TalvoXMLParserMessenger: the texts of the XML parser's reports.
+///
+/// It holds no data: two virtual look-ups map a message type index (0 "line",
+/// 1 "SYNTAX ERROR", 2 "ERROR", 3 "WARNING") and a message code (1001 to
+/// 1013) to constant texts. Derive from it and override both to translate the
+/// reports; the parser asks its messenger for every text it writes.
 #pragma once
 
 #include <talvo/foundation/TalvoExport.h>
 #include <talvo/foundation/TalvoObject.h>
 
+/// The texts of the XML parser's reports; override both look-ups to translate them.
 class TALVO_API TalvoXMLParserMessenger : public TalvoObject<TalvoXMLParserMessenger> {
 public:
-    static constexpr const char* ClassName = "TalvoXMLParserMessenger";
+    static constexpr const char* ClassName = "TalvoXMLParserMessenger";  ///< Name in the allocation trace.
 
-    // Message type indexes.
+    /// Message type indexes.
     enum { LineType = 0, SyntaxErrorType = 1, ErrorType = 2, WarningType = 3 };
-    // Message codes of the parser's syntax errors.
+    /// Message codes of the parser's syntax errors.
     enum {
         UnexpectedEndOfFile = 1001,
         CharExpected = 1002,
@@ -32,14 +34,18 @@ public:
         NonClosedTags = 1013
     };
 
+    /// The messenger of the built-in texts.
     TalvoXMLParserMessenger();
+    /// Releases the messenger only.
     virtual ~TalvoXMLParserMessenger();
+    /// Not copyable.
     TalvoXMLParserMessenger(const TalvoXMLParserMessenger&) = delete;
+    /// Not assignable.
     TalvoXMLParserMessenger& operator=(const TalvoXMLParserMessenger&) = delete;
 
-    // The text of message type 0 to 3; null for any other index.
+    /// The text of message type 0 to 3; null for any other index.
     virtual const char* getMessageType(int type);
-    // The text of message code 1001 to 1013 (each ends with a newline); null
-    // for any other code.
+    /// The text of message code 1001 to 1013 (each ends with a newline); null
+    /// for any other code.
     virtual const char* getMessageText(int code);
 };

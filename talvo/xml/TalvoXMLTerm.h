@@ -1,15 +1,16 @@
-// TalvoXMLTerm: one item of an XML tree (a text, a CDATA section, a node or a
-// comment).
-//
-// Layout: `_type`; `_text`, an owned copy holding the tag name of a node and
-// the content of the other types; `_attributes`, a TalvoList of owned
-// TalvoXMLAttribute; `_children`, a TalvoList of owned TalvoXMLTerm;
-// `_lineNumber`, the line where the parser made the term. Both lists exist for
-// every type and live inside the term (two allocations fewer per term); only
-// nodes normally fill them.
-// Invariant: a term owns its whole subtree. The destructor frees it with a
-// recursion of bounded depth, so a tree as deep as memory allows can be
-// deleted.
+/// @file
+/// TalvoXMLTerm: one item of an XML tree (a text, a CDATA section, a node or a
+/// comment).
+///
+/// Layout: `_type`; `_text`, an owned copy holding the tag name of a node and
+/// the content of the other types; `_attributes`, a TalvoList of owned
+/// TalvoXMLAttribute; `_children`, a TalvoList of owned TalvoXMLTerm;
+/// `_lineNumber`, the line where the parser made the term. Both lists exist for
+/// every type and live inside the term (two allocations fewer per term); only
+/// nodes normally fill them.
+/// Invariant: a term owns its whole subtree. The destructor frees it with a
+/// recursion of bounded depth, so a tree as deep as memory allows can be
+/// deleted.
 #pragma once
 
 #include <talvo/containers/TalvoList.h>
@@ -18,91 +19,114 @@
 
 class TalvoXMLAttribute;
 
+/// One item of an XML tree: a text, a CDATA section, a node or a comment.
+/// A term owns its attributes and its whole subtree.
 class TALVO_API TalvoXMLTerm : public TalvoObject<TalvoXMLTerm> {
 public:
-    static constexpr const char* ClassName = "TalvoXMLTerm";
+    static constexpr const char* ClassName = "TalvoXMLTerm";  ///< Name in the allocation trace.
 
+    /// The kinds of term: text, CDATA, node (with attributes and children)
+    /// and comment.
     enum Type { text = 0, CDATA = 1, node = 2, comment = 3 };
 
-    // A term of `type` holding a copy of `content` (null stays null), with
-    // empty attribute and child lists and line number 0.
+    /// A term of `type` holding a copy of `content` (null stays null), with
+    /// empty attribute and child lists and line number 0.
     TalvoXMLTerm(Type type, const char* content);
-    // Frees the text, every attribute and the whole subtree. O(subtree size).
+    /// Frees the text, every attribute and the whole subtree. O(subtree size).
     ~TalvoXMLTerm();
+    /// Not copyable: the term owns its subtree.
     TalvoXMLTerm(const TalvoXMLTerm&) = delete;
+    /// Not assignable: the term owns its subtree.
     TalvoXMLTerm& operator=(const TalvoXMLTerm&) = delete;
 
-    // Deletes a term given as an Item, with its subtree; null is accepted.
+    /// Deletes a term given as an Item, with its subtree; null is accepted.
     static void free(void* term);
 
+    /// The kind of term.
     Type getType() const { return _type; }
+    /// True for a text.
     bool isText() const { return _type == text; }
+    /// True for a CDATA section.
     bool isCDATA() const { return _type == CDATA; }
+    /// True for a node.
     bool isNode() const { return _type == node; }
+    /// True for a comment.
     bool isComment() const { return _type == comment; }
 
-    // The stored text of any term (the tag of a node), owned by the term.
+    /// The stored text of any term (the tag of a node), owned by the term.
     const char* getTag() const { return _text; }
-    // The content of a text, CDATA or comment; null for a node.
+    /// The content of a text, CDATA or comment; null for a node.
     const char* getText() const { return _type == node ? nullptr : _text; }
-    // A new copy of the stored text of any term, owned by the caller.
+    /// A new copy of the stored text of any term, owned by the caller.
     char* copyTag() const;
 
-    // -1, 0 or 1 comparing the stored text with `tag` as unsigned bytes; a
-    // null sorts first and two nulls are equal.
+    /// -1, 0 or 1 comparing the stored text with `tag` as unsigned bytes; a
+    /// null sorts first and two nulls are equal.
     int compareTag(const char* tag) const;
-    // The same between the texts of two terms (a null term counts as a null text).
+    /// The same between the texts of two terms (a null term counts as a null text).
     int compareTags(const TalvoXMLTerm* other) const;
-    // Compare call-backs: a term with a raw-string tag, and two terms.
+    /// Compare call-back: a term with a raw-string tag (a null term counts as
+    /// a null text).
     static int compareTag(void* term, void* tag);
+    /// Compare call-back: two terms by their texts (a null term counts as a
+    /// null text).
     static int compareTags(void* term, void* other);
-    // True only for a node whose tag equals `tag`.
+    /// True only for a node whose tag equals `tag`.
     bool isNodeOfTag(const char* tag) const;
 
-    // --- Attributes, kept in insertion order; duplicate names are allowed.
+    /// @name Attributes, kept in insertion order
+    /// Duplicate names are allowed.
+    /// @{
 
+    /// True when the term has at least one attribute.
     bool hasAttribute() const { return !_attributes.isEmpty(); }
-    // A new cursor on the attribute list, owned by the caller.
+    /// A new cursor on the attribute list, owned by the caller.
     TalvoListCursor* newCursorOnAttributes();
-    // The first attribute named `name`, or null. O(attributes).
+    /// The first attribute named `name`, or null. O(attributes).
     TalvoXMLAttribute* findAttribute(const char* name);
-    // Appends `attribute`, which the term then owns; null is ignored.
+    /// Appends `attribute`, which the term then owns; null is ignored.
     void addAttribute(TalvoXMLAttribute* attribute);
-    // Appends a new attribute holding copies of `name` and `value`.
+    /// Appends a new attribute holding copies of `name` and `value`.
     void addAttribute(const char* name, const char* value);
-    // Appends a new attribute whose value is formatted with "%d".
+    /// Appends a new attribute whose value is formatted with "%d".
     void addAttribute(const char* name, int value);
-    // Appends a new attribute whose value is formatted with "%g".
+    /// Appends a new attribute whose value is formatted with "%g".
     void addAttribute(const char* name, double value);
-    // The stored value of the first attribute named `name` (not a copy), or null.
+    /// The stored value of the first attribute named `name` (not a copy), or null.
     const char* getAttributeValue(const char* name);
-    // atoi of that value; 0 when the attribute is missing.
+    /// atoi of that value; 0 when the attribute is missing.
     int getAttributeValueAsInt(const char* name);
-    // atof of that value; 0.0 when the attribute is missing.
+    /// atof of that value; 0.0 when the attribute is missing.
     double getAttributeValueAsDouble(const char* name);
+    /// @}
 
-    // --- Children, kept in insertion order.
+    /// @name Children, kept in insertion order
+    /// @{
 
+    /// True when the term has at least one child.
     bool hasChildren() const { return !_children.isEmpty(); }
-    // A new cursor on the child list, owned by the caller.
+    /// A new cursor on the child list, owned by the caller.
     TalvoListCursor* newCursorOnChildren();
-    // Appends `child`, which the term then owns; null is ignored.
+    /// Appends `child`, which the term then owns; null is ignored.
     void addChild(TalvoXMLTerm* child);
-    // The first child of any type whose stored text equals `tag`, or null.
+    /// The first child of any type whose stored text equals `tag`, or null.
     TalvoXMLTerm* findChild(const char* tag);
-    // The child at `n` counted from 0 over all children; null out of range. O(n).
+    /// The child at `n` counted from 0 over all children; null out of range. O(n).
     TalvoXMLTerm* getNthChild(int n);
-    // Number of children of every type.
+    /// Number of children of every type.
     int getNumberOfChildren() const { return _children.getNumberOfItems(); }
-    // Number of node children. O(children).
+    /// Number of node children. O(children).
     int getNumberOfNodeChildren();
-    // Number of node children whose tag equals `tag`. O(children).
+    /// Number of node children whose tag equals `tag`. O(children).
     int getNumberOfNodeChildrenOfTag(const char* tag);
-    // The n-th node child counted from 1 (deliberately unlike getNthChild):
-    // getNthNodeChild(1) is the first node child, 0 gives null. O(children).
+    /// The n-th node child counted from 1 (deliberately unlike getNthChild):
+    /// getNthNodeChild(1) is the first node child, 0 gives null. O(children).
     TalvoXMLTerm* getNthNodeChild(int n);
+    /// @}
 
+    /// The line where the parser made the term; 0 for a term made otherwise.
     int getLineNumber() const { return _lineNumber; }
+    /// Replaces the line number.
     void setLineNumber(int lineNumber) { _lineNumber = lineNumber; }
 
 private:
