@@ -28,8 +28,9 @@ void freeBox(void* box, const char* label) {
     TalvoMemoryManager::deleteCell(box);
 }
 
-int intOf(void* box) { return *static_cast<int*>(box); }
-double doubleOf(void* box) { return *static_cast<double*>(box); }
+// A null box reads as 0, so a compare call-back never dereferences null.
+int intOf(void* box) { return box ? *static_cast<int*>(box) : 0; }
+double doubleOf(void* box) { return box ? *static_cast<double*>(box) : 0.0; }
 
 }  // namespace
 

@@ -23,9 +23,9 @@ public:
     static void free(void* box);
     /// A new box with the same value; null for a null box.
     static void* copy(void* box);
-    /// *a - *b, wrapping in 32 bits. Neither box may be null.
+    /// *a - *b, wrapping in 32 bits. A null box reads as 0.
     static int geq(void* a, void* b);
-    /// *b - *a, wrapping in 32 bits. Neither box may be null.
+    /// *b - *a, wrapping in 32 bits. A null box reads as 0.
     static int leq(void* a, void* b);
 };
 
@@ -42,10 +42,10 @@ public:
     static void free(void* box);
     /// A new box with the same value; null for a null box.
     static void* copy(void* box);
-    /// 1 when *a < *b, -1 when *a > *b, 0 when equal or unordered. Neither box
-    /// may be null.
+    /// 1 when *a < *b, -1 when *a > *b, 0 when equal or unordered. A null box
+    /// reads as 0.
     static int geq(void* a, void* b);
-    /// -1 when *a < *b, 1 when *a > *b, 0 when equal or unordered. Neither box
-    /// may be null.
+    /// -1 when *a < *b, 1 when *a > *b, 0 when equal or unordered. A null box
+    /// reads as 0.
     static int leq(void* a, void* b);
 };

@@ -34,6 +34,15 @@ TEST(TalvoInteger, GeqWrapsAroundInt32) {
     EXPECT_EQ(TalvoInteger::geq(&high, &minusOne), INT_MIN);
 }
 
+TEST(TalvoInteger, NullBoxReadsAsZeroInCompares) {
+    int five = 5;
+    double half = 0.5;
+    EXPECT_EQ(TalvoInteger::geq(&five, nullptr), 5);
+    EXPECT_EQ(TalvoInteger::leq(&five, nullptr), -5);
+    EXPECT_EQ(TalvoDouble::geq(nullptr, &half), 1);
+    EXPECT_EQ(TalvoDouble::leq(nullptr, nullptr), 0);
+}
+
 TEST(TalvoInteger, CopyIsIndependentAndCounted) {
     long before = TalvoMemoryManager::getAllocationBalance();
     int* box = TalvoInteger::allocate(7);
