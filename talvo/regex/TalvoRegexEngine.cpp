@@ -1,0 +1,586 @@
+#include <talvo/regex/TalvoRegexEngine.h>
+
+#include <talvo/regex/TalvoRegex.h>
+#include <talvo/regex/TalvoRegexManager.h>
+
+#include <bitset>
+#include <cassert>
+#include <cstring>
+#include <unordered_map>
+
+namespace {
+
+const int kStarMaximum = 2147483647;
+const int kNoFrame = -1;
+const int kNoBarrier = -1;
+// Long enough for any literal search to pay off; keeps the analysis linear.
+const std::size_t kMaximumPrefix = 64;
+constexpr int kByteCount = 256;
+// Group numbers above this (only a hand-built tree has them) get no saved
+// state for the empty-iteration test; their slots still record.
+const int kMaximumSlots = 1 << 16;
+
+// Choice-point kinds.
+enum ChoiceKind {
+    CHOICE_ALTERNATIVE,  // run `node` (a right branch) at position
+    CHOICE_FALLBACK,     // continue at the saved repetition starts, latest first
+    CHOICE_RANGE,        // continue at maximum, maximum - 1, ..., minimum
+    CHOICE_BARRIER,      // start of a repetition iteration's nested search
+    CHOICE_REPEAT        // continue at position again, `count` more times
+};
+
+bool isSingleByte(int type) {
+    return type == TalvoRegex::TYPE_DOT || type == TalvoRegex::TYPE_CHAR ||
+           type == TalvoRegex::TYPE_ESCAPEDCHAR || type == TalvoRegex::TYPE_CHARCLASS;
+}
+
+// What an attempt starting at a position after 0 where a byte stands can do.
+struct StartInfo {
+    std::bitset<kByteCount> first;  // bytes a consuming path can start with
+    bool nullable = false;   // may succeed without consuming
+    bool unsafe = false;     // may record a capture before consuming
+    bool anchored = false;   // always fails there, recording nothing
+    std::string prefix;      // bytes every path that does anything starts with
+    bool complete = false;   // the node matches exactly `prefix`
+};
+
+}  // namespace
+
+// ---------------------------------------------------------------- program
+
+int TalvoRegexProgram::indexOf(const TalvoRegex* node) const {
+    for (std::size_t i = 0; i < nodes.size(); i++)
+        if (nodes[i] == node) return static_cast<int>(i);
+    return -1;
+}
+
+void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const TalvoRegex*>& extra) {
+    code.clear();
+    tables.clear();
+    nodes.clear();
+    root = -1;
+    slotCount = 1;
+    valid = top != nullptr;
+    if (!valid) return;
+    enum { GREY, BLACK };
+    std::unordered_map<const TalvoRegex*, int> seen;  // node -> instruction index
+    std::vector<int> colour;
+    std::vector<std::pair<const TalvoRegex*, bool>> work;  // node, children done
+    std::vector<const TalvoRegex*> roots(1, top);
+    roots.insert(roots.end(), extra.begin(), extra.end());
+    for (const TalvoRegex* r : roots) {
+        if (r != nullptr) work.push_back({r, false});
+        while (!work.empty()) {
+            auto [node, done] = work.back();
+            work.pop_back();
+            auto found = seen.find(node);
+            if (!done) {
+                if (found != seen.end()) {
+                    if (colour[found->second] == GREY) valid = false;  // a cycle
+                    continue;
+                }
+                int index = static_cast<int>(code.size());
+                seen[node] = index;
+                colour.push_back(GREY);
+                nodes.push_back(node);
+                TalvoRegexInstruction in{node->getType(), -1, -1, node->getBackReferenceNumber(), 0, -1, -1};
+                const char* text = node->getCharacterClass();
+                if (text != nullptr) in.byte = static_cast<unsigned char>(text[0]);
+                if (in.type == TalvoRegex::TYPE_CHARCLASS) {
+                    std::array<bool, kByteCount> table{};
+                    for (int b = 1; b < kByteCount; b++)
+                        table[b] = node->isCharacterInClass(static_cast<char>(b)) != 0;
+                    in.table = static_cast<int>(tables.size());
+                    tables.push_back(table);
+                }
+                if (in.type == TalvoRegex::TYPE_GROUP && in.number >= slotCount && in.number < kMaximumSlots)
+                    slotCount = in.number + 1;
+                code.push_back(in);
+                work.push_back({node, true});
+                bool binary = in.type == TalvoRegex::TYPE_ALTERNATION || in.type == TalvoRegex::TYPE_CONCATENATION;
+                bool unary = in.type >= TalvoRegex::TYPE_STAR && in.type <= TalvoRegex::TYPE_QMARK;
+                unary = unary || in.type == TalvoRegex::TYPE_GROUP;
+                if (binary && node->getRightArgument() != nullptr) work.push_back({node->getRightArgument(), false});
+                if ((binary || unary) && node->getLeftArgument() != nullptr) work.push_back({node->getLeftArgument(), false});
+            } else {
+                int index = found->second;
+                colour[index] = BLACK;
+                TalvoRegexInstruction& in = code[index];
+                bool binary = in.type == TalvoRegex::TYPE_ALTERNATION || in.type == TalvoRegex::TYPE_CONCATENATION;
+                bool unary = (in.type >= TalvoRegex::TYPE_STAR && in.type <= TalvoRegex::TYPE_QMARK) ||
+                             in.type == TalvoRegex::TYPE_GROUP;
+                if ((binary || unary) && node->getLeftArgument() != nullptr) in.left = seen[node->getLeftArgument()];
+                if (binary && node->getRightArgument() != nullptr) in.right = seen[node->getRightArgument()];
+            }
+        }
+    }
+    root = 0;
+    if (valid) _computeFilters();
+}
+
+void TalvoRegexProgram::_computeFilters() {
+    // Children always finish before their parent, so a pass in post order
+    // (recomputed here from the code) sees every operand's facts first.
+    std::vector<StartInfo> info(code.size());
+    std::vector<std::pair<int, bool>> work{{root, false}};
+    std::vector<bool> done(code.size(), false);
+    while (!work.empty()) {
+        auto [i, expanded] = work.back();
+        work.pop_back();
+        const TalvoRegexInstruction in = code[i];
+        if (!expanded) {
+            if (done[i]) continue;
+            work.push_back({i, true});
+            if (in.right >= 0) work.push_back({in.right, false});
+            if (in.left >= 0) work.push_back({in.left, false});
+            continue;
+        }
+        if (done[i]) continue;
+        done[i] = true;
+        StartInfo& s = info[i];
+        StartInfo none;
+        none.first.reset();  // a missing operand never matches
+        const StartInfo& l = in.left >= 0 ? info[in.left] : none;
+        const StartInfo& r = in.right >= 0 ? info[in.right] : none;
+        switch (in.type) {
+        case TalvoRegex::TYPE_DOT:
+            s.first.set();
+            s.first.reset(0);
+            break;
+        case TalvoRegex::TYPE_CHAR:
+        case TalvoRegex::TYPE_ESCAPEDCHAR:
+            if (in.byte != 0) {
+                s.first.set(in.byte);
+                s.prefix.assign(1, static_cast<char>(in.byte));
+                s.complete = true;
+            }
+            break;
+        case TalvoRegex::TYPE_CHARCLASS:
+            for (int b = 1; b < kByteCount; b++)
+                if (tables[in.table][b]) s.first.set(b);
+            break;
+        case TalvoRegex::TYPE_ALTERNATION:
+            s.first = l.first | r.first;
+            s.nullable = l.nullable || r.nullable;
+            s.unsafe = l.unsafe || r.unsafe;
+            s.anchored = l.anchored && r.anchored;
+            break;
+        case TalvoRegex::TYPE_CONCATENATION:
+            s.first = l.nullable ? (l.first | r.first) : l.first;
+            s.nullable = l.nullable && r.nullable;
+            s.unsafe = l.unsafe || (l.nullable && r.unsafe);
+            s.anchored = l.anchored;
+            s.prefix = l.prefix;
+            if (l.complete && s.prefix.size() < kMaximumPrefix) s.prefix += r.prefix;
+            if (s.prefix.size() > kMaximumPrefix) s.prefix.resize(kMaximumPrefix);
+            s.complete = l.complete && r.complete && s.prefix.size() < kMaximumPrefix;
+            break;
+        case TalvoRegex::TYPE_STAR:
+        case TalvoRegex::TYPE_QMARK:
+            s.first = l.first;
+            s.nullable = true;
+            s.unsafe = l.unsafe;
+            break;
+        case TalvoRegex::TYPE_PLUS:
+        case TalvoRegex::TYPE_GROUP:
+            // A plus fails when its first iteration does; a group records
+            // only once its content has matched.
+            s.first = l.first;
+            s.nullable = l.nullable;
+            s.unsafe = l.unsafe || (in.type == TalvoRegex::TYPE_GROUP && l.nullable);
+            s.anchored = l.anchored;
+            s.prefix = l.prefix;
+            break;
+        case TalvoRegex::TYPE_DOLLAR:
+        case TalvoRegex::TYPE_CARET:
+            s.anchored = true;  // a byte stands at every start tried, and it is not 0
+            break;
+        case TalvoRegex::TYPE_BACKREFERENCE:
+            s.first.set();
+            s.nullable = true;
+            s.unsafe = true;
+            break;
+        default:
+            break;
+        }
+        if (!s.nullable && !s.unsafe && !s.first.all()) {
+            std::array<bool, kByteCount> guard{};
+            for (int b = 0; b < kByteCount; b++) guard[b] = s.first.test(b);
+            code[i].guard = static_cast<int>(tables.size());
+            tables.push_back(guard);
+        }
+    }
+    const StartInfo& top = info[root];
+    anchored = top.anchored;
+    prefix = top.prefix;
+    useFirstBytes = !top.nullable && !top.unsafe;
+    for (int b = 0; b < kByteCount; b++) firstBytes[b] = top.first.test(b);
+}
+
+int TalvoRegexProgram::nextStart(const char* text, int start, int end) const {
+    if (start == 0 || start >= end) return start;
+    if (anchored) return end;
+    if (!prefix.empty()) {
+        const char* p = text + start;
+        const char* limit = text + end;
+        std::size_t n = prefix.size();
+        while (p < limit) {
+            p = static_cast<const char*>(std::memchr(p, prefix[0], limit - p));
+            if (p == nullptr) return end;
+            if (static_cast<std::size_t>(limit - p) >= n && std::memcmp(p, prefix.data(), n) == 0)
+                return static_cast<int>(p - text);
+            if (static_cast<std::size_t>(limit - p) < n) return end;
+            p++;
+        }
+        return end;
+    }
+    if (useFirstBytes) {
+        int p = start;
+        while (p < end && !firstBytes[static_cast<unsigned char>(text[p])]) p++;
+        return p;
+    }
+    return start;
+}
+
+// ---------------------------------------------------------------- matcher
+
+void TalvoRegexMatcher::begin(const TalvoRegexProgram& program, TalvoRegexManager* manager, const char* text) {
+    program_ = &program;
+    manager_ = manager;
+    text_ = text;
+    for (int slot : recorded_) captures_[slot].start = -1;
+    recorded_.clear();
+    if (captures_.size() < static_cast<std::size_t>(program.slotCount))
+        captures_.resize(program.slotCount, Capture{-1, 0});
+}
+
+int TalvoRegexMatcher::attempt(int position) {
+    if (!program_->valid) return -1;
+    _reset();
+    return _run(program_->root, position, kNoFrame);
+}
+
+void TalvoRegexMatcher::flush() {
+    _storeCaptures();
+}
+
+int TalvoRegexMatcher::match(const TalvoRegexProgram& program, TalvoRegexManager* manager,
+                             const char* text, int position, int node,
+                             const std::vector<StackEntry>& stack) {
+    if (!program.valid || node < 0) return -1;
+    begin(program, manager, text);
+    _reset();
+    int continuation = kNoFrame;
+    for (auto e = stack.rbegin(); e != stack.rend(); ++e)
+        continuation = _pushFrame(e->node, e->closing, e->groupStart, continuation);
+    int result = _run(node, position, continuation);
+    flush();
+    return result;
+}
+
+// Clears the stacks of the previous attempt; the captures stay.
+void TalvoRegexMatcher::_reset() {
+    frames_.clear();
+    choices_.clear();
+    positions_.clear();
+    snapshots_.clear();
+}
+
+// The guard table of the node the continuation runs next, if it has one.
+const bool* TalvoRegexMatcher::_guardOf(int continuation) const {
+    if (continuation == kNoFrame) return nullptr;
+    const Frame& f = frames_[continuation];
+    if (f.closing) return nullptr;
+    int guard = program_->code[f.node].guard;
+    return guard >= 0 ? program_->tables[guard].data() : nullptr;
+}
+
+int TalvoRegexMatcher::_pushFrame(int node, bool closing, int groupStart, int next) {
+    frames_.push_back(Frame{node, groupStart, next, closing});
+    return static_cast<int>(frames_.size()) - 1;
+}
+
+void TalvoRegexMatcher::_record(int number, int start, int end) {
+    if (number < 0) return;  // the manager would keep nothing
+    std::size_t slot = static_cast<std::size_t>(number);
+    if (slot >= captures_.size()) captures_.resize(slot + 1, Capture{-1, 0});
+    Capture& c = captures_[slot];
+    if (c.start == start && c.length == end - start) return;
+    if (c.start < 0) recorded_.push_back(number);
+    c.start = start;
+    c.length = end - start;
+    version_++;
+}
+
+bool TalvoRegexMatcher::_readBackReference(int number, const char** bytes, int* length) const {
+    if (number < 0) return false;
+    std::size_t slot = static_cast<std::size_t>(number);
+    if (slot < captures_.size() && captures_[slot].start >= 0) {
+        *bytes = text_ + captures_[slot].start;
+        *length = captures_[slot].length;
+        return true;
+    }
+    const char* stored = manager_ != nullptr ? manager_->getBackReference(number) : nullptr;
+    if (stored == nullptr) return false;
+    *bytes = stored;
+    *length = static_cast<int>(std::strlen(stored));
+    return true;
+}
+
+// Saves the capture state (one view per slot) and returns where it begins.
+int TalvoRegexMatcher::_takeSnapshot() {
+    int mark = static_cast<int>(snapshots_.size());
+    if (program_->slotCount > 1) snapshots_.insert(snapshots_.end(), captures_.begin(), captures_.begin() + program_->slotCount);
+    return mark;
+}
+
+// True when the captures are what `choice` saw when it was made. Views are
+// compared by place, so equal text at another place counts as a change;
+// that only costs another try.
+bool TalvoRegexMatcher::_unchangedSince(const Choice& choice) const {
+    if (version_ == choice.version) return true;
+    for (int i = 0; i < program_->slotCount; i++) {
+        const Capture& now = captures_[i];
+        const Capture& then = snapshots_[choice.snapshot + i];
+        if (now.start != then.start || (now.start >= 0 && now.length != then.length)) return false;
+    }
+    return true;
+}
+
+void TalvoRegexMatcher::_storeCaptures() {
+    for (int slot : recorded_) {
+        if (manager_ != nullptr)
+            manager_->_storeBackReference(slot, text_ + captures_[slot].start, captures_[slot].length);
+        captures_[slot].start = -1;
+    }
+    recorded_.clear();
+}
+
+// The search loop. `position` and `k` (the continuation) describe the path
+// being tried; `step` says what to do next with them.
+int TalvoRegexMatcher::_run(int node, int position, int k) {
+    enum Step { RUN, CONTINUE, FAIL, ITERATE };
+    const std::vector<TalvoRegexInstruction>& code = program_->code;
+    const char* s = text_;
+    Step step = RUN;
+    int barrier = kNoBarrier;  // innermost open iteration, as a choice index
+    // The repetition being iterated (ITERATE): node, bounds, fallback state.
+    int minimum = 0, maximum = 0;
+    bool hasFallback = false;
+    for (;;) {
+        switch (step) {
+        case RUN: {
+            if (node < 0) { step = FAIL; break; }
+            const TalvoRegexInstruction& in = code[node];
+            switch (in.type) {
+            case TalvoRegex::TYPE_DOT:
+                if (s[position] == 0) { step = FAIL; break; }
+                position++;
+                step = CONTINUE;
+                break;
+            case TalvoRegex::TYPE_CHAR:
+            case TalvoRegex::TYPE_ESCAPEDCHAR:
+                if (s[position] == 0 || static_cast<unsigned char>(s[position]) != in.byte) { step = FAIL; break; }
+                position++;
+                step = CONTINUE;
+                break;
+            case TalvoRegex::TYPE_CHARCLASS:
+                if (!program_->tables[in.table][static_cast<unsigned char>(s[position])]) { step = FAIL; break; }
+                position++;
+                step = CONTINUE;
+                break;
+            case TalvoRegex::TYPE_ALTERNATION:
+                choices_.push_back(Choice{CHOICE_ALTERNATIVE, in.right, position, k,
+                                          static_cast<int>(frames_.size()), 0, 0, 0, barrier, false, 0, 0, static_cast<int>(snapshots_.size())});
+                node = in.left;
+                break;
+            case TalvoRegex::TYPE_CONCATENATION:
+                if (in.right < 0) { step = FAIL; break; }
+                k = _pushFrame(in.right, false, 0, k);
+                node = in.left;
+                break;
+            case TalvoRegex::TYPE_STAR:
+            case TalvoRegex::TYPE_PLUS:
+            case TalvoRegex::TYPE_QMARK:
+                minimum = in.type == TalvoRegex::TYPE_PLUS ? 1 : 0;
+                maximum = in.type == TalvoRegex::TYPE_QMARK ? 1 : kStarMaximum;
+                hasFallback = false;
+                step = ITERATE;
+                break;
+            case TalvoRegex::TYPE_DOLLAR:
+                step = (s[position] == 0 && k == kNoFrame) ? CONTINUE : FAIL;
+                break;
+            case TalvoRegex::TYPE_CARET:
+                step = position == 0 ? CONTINUE : FAIL;
+                break;
+            case TalvoRegex::TYPE_GROUP:
+                k = _pushFrame(node, true, position, k);
+                node = in.left;
+                break;
+            case TalvoRegex::TYPE_BACKREFERENCE: {
+                const char* bytes = nullptr;
+                int length = 0;
+                if (!_readBackReference(in.number, &bytes, &length) ||
+                    std::strncmp(s + position, bytes, static_cast<std::size_t>(length)) != 0) {
+                    step = FAIL;
+                    break;
+                }
+                position += length;
+                step = CONTINUE;
+                break;
+            }
+            default:
+                step = FAIL;
+                break;
+            }
+            break;
+        }
+        case ITERATE: {
+            // One level of the repetition of `node` at `position`, with
+            // continuation k and the remaining bounds.
+            const TalvoRegexInstruction& in = code[node];
+            if (maximum < 1) { step = CONTINUE; break; }
+            if (in.left < 0) {
+                step = minimum > 0 ? FAIL : CONTINUE;
+                break;
+            }
+            const TalvoRegexInstruction& op = code[in.left];
+            if (!hasFallback && isSingleByte(op.type)) {
+                // Every iteration is one byte: run them all at once and keep
+                // one choice for the shorter counts.
+                int n = 0;
+                while (n < maximum) {
+                    unsigned char c = static_cast<unsigned char>(s[position + n]);
+                    bool ok = c != 0 && (op.type == TalvoRegex::TYPE_DOT ||
+                                         (op.type == TalvoRegex::TYPE_CHARCLASS ? static_cast<bool>(program_->tables[op.table][c]) : c == op.byte));
+                    if (!ok) break;
+                    n++;
+                }
+                if (n == 0) { step = minimum > 0 ? FAIL : CONTINUE; break; }
+                choices_.push_back(Choice{CHOICE_RANGE, node, position, k, static_cast<int>(frames_.size()),
+                                          0, position, position + n - 1, barrier, false, 0, 0, static_cast<int>(snapshots_.size())});
+                position += n;
+                step = CONTINUE;  // the deepest level: the count ran out or the operand failed
+                break;
+            }
+            choices_.push_back(Choice{CHOICE_BARRIER, node, position, k, static_cast<int>(frames_.size()),
+                                      static_cast<int>(positions_.size()), minimum, maximum, barrier,
+                                      hasFallback, 0, version_, _takeSnapshot()});
+            barrier = static_cast<int>(choices_.size()) - 1;
+            k = kNoFrame;
+            node = in.left;
+            step = RUN;
+            break;
+        }
+        case CONTINUE: {
+            if (k != kNoFrame) {
+                const Frame f = frames_[k];
+                k = f.next;
+                if (f.closing) {
+                    _record(code[f.node].number, f.groupStart, position);
+                } else {
+                    node = f.node;
+                    step = RUN;
+                }
+                break;
+            }
+            if (barrier == kNoBarrier) return position;
+            // The iteration matched up to `position`: cut its choices.
+            const Choice b = choices_[barrier];
+            bool unchanged = _unchangedSince(b);
+            choices_.resize(barrier);
+            frames_.resize(b.frameMark);
+            positions_.resize(b.positionMark);
+            snapshots_.resize(b.snapshot);
+            barrier = b.previousBarrier;
+            node = b.node;
+            k = b.continuation;
+            int start = b.position;
+            if (position == start && unchanged) {
+                // Every further iteration would do the same; what remains is
+                // the continuation at `start`, once per level left plus once.
+                choices_.push_back(Choice{CHOICE_REPEAT, node, start, k, static_cast<int>(frames_.size()),
+                                          0, 0, 0, barrier, false, b.maximum, version_, _takeSnapshot()});
+                position = start;
+                step = CONTINUE;
+                break;
+            }
+            if (!b.hasFallback)
+                choices_.push_back(Choice{CHOICE_FALLBACK, node, 0, k, static_cast<int>(frames_.size()),
+                                          static_cast<int>(positions_.size()), 0, 0, barrier, false, 0, 0, static_cast<int>(snapshots_.size())});
+            positions_.push_back(start);
+            minimum = b.minimum - 1;
+            maximum = b.maximum - 1;
+            hasFallback = true;
+            step = ITERATE;
+            break;
+        }
+        case FAIL: {
+            if (choices_.empty()) return -1;
+            Choice& c = choices_.back();
+            frames_.resize(c.frameMark);
+            k = c.continuation;
+            barrier = c.previousBarrier;  // the iteration the choice was made in
+            switch (c.kind) {
+            case CHOICE_ALTERNATIVE:
+                node = c.node;
+                position = c.position;
+                choices_.pop_back();
+                step = RUN;
+                break;
+            case CHOICE_FALLBACK:
+                position = positions_.back();
+                positions_.pop_back();
+                if (static_cast<int>(positions_.size()) == c.positionMark) choices_.pop_back();
+                step = CONTINUE;
+                break;
+            case CHOICE_RANGE: {
+                // Starts where the next node fails at once are skipped: they
+                // would record nothing and fail.
+                int p = c.maximum;
+                const bool* guard = _guardOf(k);
+                if (guard != nullptr)
+                    while (p >= c.minimum && p > 0 && s[p] != 0 && !guard[static_cast<unsigned char>(s[p])]) p--;
+                if (p < c.minimum) {
+                    choices_.pop_back();
+                    break;
+                }
+                position = p;
+                if (p == c.minimum) choices_.pop_back(); else c.maximum = p - 1;
+                step = CONTINUE;
+                break;
+            }
+            case CHOICE_BARRIER: {
+                // The iteration found no match.
+                positions_.resize(c.positionMark);
+                snapshots_.resize(c.snapshot);
+                position = c.position;
+                bool required = c.minimum > 0;
+                choices_.pop_back();
+                step = required ? FAIL : CONTINUE;
+                break;
+            }
+            case CHOICE_REPEAT:
+                if (c.count < 1 || _unchangedSince(c)) {
+                    // The last try changed nothing, so the rest would fail alike.
+                    snapshots_.resize(c.snapshot);
+                    choices_.pop_back();
+                    break;
+                }
+                c.count--;
+                c.version = version_;
+                snapshots_.resize(c.snapshot);
+                _takeSnapshot();
+                position = c.position;
+                step = CONTINUE;
+                break;
+            default:
+                assert(false && "unknown choice kind");
+                choices_.pop_back();
+                break;
+            }
+            break;
+        }
+        }
+    }
+}

@@ -1,0 +1,483 @@
+#include "support/TalvoTest.h"
+
+#include "RegexTestHelpers.h"
+
+#include <string>
+#include <vector>
+
+using regex_test::dump;
+using regex_test::slot;
+using regex_test::take;
+using regex_test::takeList;
+
+namespace {
+
+// Compiles `pattern` and returns the dump of its tree; stdout and stderr
+// are captured into the two strings.
+std::string compileDump(const std::string& pattern, std::string* out = nullptr, std::string* err = nullptr) {
+    TalvoRegexManager manager(pattern.c_str());
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    int result = manager.compilePattern();
+    std::string o = testing::internal::GetCapturedStdout();
+    std::string e = testing::internal::GetCapturedStderr();
+    if (out != nullptr) *out = o;
+    if (err != nullptr) *err = e;
+    EXPECT_EQ(result, 0) << pattern;
+    return manager.getTopRegex() == nullptr ? "no tree" : dump(manager.getTopRegex());
+}
+
+struct Parse { const char* pattern; const char* tree; };
+
+}  // namespace
+
+TEST(TalvoRegexManager, CompilePattern_BuildsTreeOfEveryRule) {
+    const Parse table[] = {
+        {"a", "a"},
+        {"abc", "cat(cat(a,b),c)"},
+        {"a|b|c", "alt(alt(a,b),c)"},
+        {"ab|cd", "alt(cat(a,b),cat(c,d))"},
+        {"ab*", "cat(a,star(b))"},
+        {"a+", "plus(a)"},
+        {"a?", "opt(a)"},
+        {"a*?", "opt(star(a))"},
+        {"a**", "star(star(a))"},
+        {"a+*?", "opt(star(plus(a)))"},
+        {"(ab)*", "star(group1(cat(a,b)))"},
+        {"((a)(b))", "group1(cat(group2(a),group3(b)))"},
+        {"(a)|(b)", "alt(group1(a),group2(b))"},
+        {"(a(b|c))(d)", "cat(group1(cat(a,group2(alt(b,c)))),group3(d))"},
+        {"^a$", "cat(cat(^,a),$)"},
+        {"$*", "star($)"},
+        {"a^b", "cat(cat(a,^),b)"},
+        {".", "any"},
+        {"a.b", "cat(cat(a,any),b)"},
+        {"[a-z]+", "plus(class([a-z]))"},
+        {"[^]a]", "class([^]a])"},
+        {"[]a]", "class([]a])"},
+        {"[^^]", "class([^^])"},
+        {"[a\\]", "class([a\\])"},
+        {"[(|)*]", "class([(|)*])"},
+        {"a\\12", "cat(a,ref12)"},
+        {"a\\0", "cat(a,ref0)"},
+        {"a\\007", "cat(a,ref7)"},
+        {"\\1", "ref0"},  // the root's number is set to 0
+        {"(a)\\1", "cat(group1(a),ref1)"},
+        {"x\\\\", "cat(x,esc(\\))"},
+        {"\\?", "opt(\\)"},
+        {"\\a", "cat(\\,a)"},
+        {"\\", "\\"},
+        {"a\\", "cat(a,\\)"},
+        {"\\{", "cat(\\,{)"},
+        {"\\-", "cat(\\,-)"},
+        {"{}", "cat({,})"},
+        {"a-b", "cat(cat(a,-),b)"},
+    };
+    for (const Parse& p : table) EXPECT_EQ(compileDump(p.pattern), p.tree) << p.pattern;
+}
+
+TEST(TalvoRegexManager, CompilePattern_ResolvesTheFourteenEscapes) {
+    const Parse table[] = {
+        {"\\t", "esc(\\t)"}, {"\\n", "esc(\\n)"}, {"\\r", "esc(\\r)"},
+        {"\\(", "esc(()"},   {"\\)", "esc())"},   {"\\[", "esc([)"},
+        {"\\]", "esc(])"},   {"\\$", "esc($)"},   {"\\^", "esc(^)"},
+        {"\\.", "esc(.)"},   {"\\|", "esc(|)"},   {"\\*", "esc(*)"},
+        {"\\+", "esc(+)"},   {"\\\\", "esc(\\)"},
+    };
+    for (const Parse& p : table) EXPECT_EQ(compileDump(p.pattern), p.tree) << p.pattern;
+}
+
+TEST(TalvoRegexManager, CompilePattern_NewlineIsEchoedAndIgnored) {
+    std::string out;
+    EXPECT_EQ(compileDump("a\nb", &out), "cat(a,b)");
+    EXPECT_EQ(out, "\n");
+    EXPECT_EQ(compileDump("\na\n\n", &out), "a");
+    EXPECT_EQ(out, "\n\n\n");
+}
+
+TEST(TalvoRegexManager, CompilePattern_NewlineEndsNoClassSoBracketIsAnError) {
+    std::string out, err;
+    EXPECT_EQ(compileDump("[a\nb]", &out, &err), "no tree");
+    EXPECT_EQ(err, "syntax error");
+    EXPECT_EQ(out, "\n");  // newlines after the error are still read and echoed
+}
+
+TEST(TalvoRegexManager, CompilePattern_MalformedPatternsReportSyntaxErrorOnce) {
+    const char* table[] = {
+        "", "|", "a|", "|a", "a||b", "()", "(a|)", "(|a)", "*", "+", "?", "*a", "a(*b)",
+        "a)", "(a", "((a)", ")(", "[", "[a", "[]", "[^]", "[]]", "[^]]", "]", "a]",
+        "[a\\]b]", "\n",
+    };
+    for (const char* pattern : table) {
+        std::string err;
+        EXPECT_EQ(compileDump(pattern, nullptr, &err), "no tree") << pattern;
+        EXPECT_EQ(err, "syntax error") << pattern;
+    }
+}
+
+TEST(TalvoRegexManager, TextOperations_FailAfterSyntaxErrorAndRememberIt) {
+    TalvoRegexManager manager("a(");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(manager.matchPattern("a("), -1);
+    EXPECT_EQ(take(manager.extractPattern("a(")), "<null>");
+    EXPECT_TRUE(takeList(manager.splitWithPattern("a(b")).empty());
+    EXPECT_EQ(take(manager.substitutePattern("a(", "x")), "<null>");
+    EXPECT_EQ(take(manager.substitutePatterns("a(", "x")), "<null>");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "syntax error");
+}
+
+TEST(TalvoRegexManager, CompilePattern_SecondCallFindsNothingLeftToScan) {
+    TalvoRegexManager manager("ab");
+    EXPECT_EQ(manager.compilePattern(), 0);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(manager.compilePattern(), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "syntax error");
+    EXPECT_EQ(dump(manager.getTopRegex()), "cat(a,b)");  // the first tree stays
+    EXPECT_EQ(manager.matchPattern("xab"), 1);
+}
+
+TEST(TalvoRegexManager, PrintTopRegex_WritesPatternSyntax) {
+    const Parse table[] = {
+        {"(ab)*c", "(ab)*c"}, {"a|b|c", "a|b|c"}, {"[^a-z]x?", "[^a-z]x?"},
+        {"\\.\\*", "\\.\\*"}, {"\\t", "\\\t"}, {"(a)\\1$", "(a)\\1$"}, {"^.+", "^.+"},
+        {"\\1", "\\0"},
+    };
+    for (const Parse& p : table) {
+        TalvoRegexManager manager(p.pattern);
+        manager.compilePattern();
+        EXPECT_EQ(regex_test::printed(manager.getTopRegex()), p.tree) << p.pattern;
+    }
+    TalvoRegexManager empty("a");
+    empty.printTopRegex(nullptr);  // no tree yet, no file: nothing happens
+}
+
+TEST(TalvoRegexManager, Constructor_NullPatternNeverCompiles) {
+    TalvoRegexManager manager(nullptr);
+    EXPECT_EQ(manager.getChar(), 0);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(manager.matchPattern("a"), -1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "syntax error");
+}
+
+TEST(TalvoRegexManager, GetChar_StopsAtTheTerminator) {
+    TalvoRegexManager manager("ab");
+    EXPECT_EQ(manager.getChar(), 'a');
+    EXPECT_EQ(manager.getChar(), 'b');
+    EXPECT_EQ(manager.getChar(), 0);
+    EXPECT_EQ(manager.getChar(), 0);
+}
+
+// --- Matching semantics
+
+namespace {
+
+struct Search { const char* pattern; const char* subject; int start; const char* whole; };
+
+void expectSearches(const std::vector<Search>& table) {
+    for (const Search& s : table) {
+        TalvoRegexManager manager(s.pattern);
+        EXPECT_EQ(manager.matchPattern(s.subject), s.start) << s.pattern << " on " << s.subject;
+        EXPECT_EQ(slot(&manager, 0), s.whole) << s.pattern << " on " << s.subject;
+    }
+}
+
+}  // namespace
+
+TEST(TalvoRegexManager, MatchPattern_FirstSuccessAtLeftmostStart) {
+    expectSearches({
+        {"b", "abc", 1, "b"},
+        {"a|ab", "ab", 0, "a"},            // left alternative first, not the longest
+        {"ab|a", "ab", 0, "ab"},
+        {"a*", "baa", 0, ""},              // empty match at the first start
+        {"a+", "baa", 1, "aa"},
+        {"a?b", "ab", 0, "ab"},
+        {"x", "", -1, "<null>"},
+        {"a*", "", -1, "<null>"},          // an empty text is never matched
+        {".", "\n", 0, "\n"},
+        {"(a|ab)(c|bcd)", "abcd", 0, "abcd"},
+    });
+}
+
+TEST(TalvoRegexManager, MatchPattern_PlusFallsBackBeforeItsIteration) {
+    expectSearches({
+        {"a+ab", "ab", 0, "ab"},
+        {"a+a", "a", 0, "a"},
+        {"a+aa", "aa", 0, "aa"},
+        {"a+b", "b", -1, "<null>"},        // the first iteration is still required
+        {"(ab)+ab", "ab", 0, "ab"},
+    });
+}
+
+TEST(TalvoRegexManager, MatchPattern_IterationIsNeverRevised) {
+    expectSearches({
+        {"(a|ab)*c", "abc", 2, "c"},
+        {"(a|ab)(c)", "abc", 0, "abc"},     // outside a repetition the group backtracks
+        {"(a*)a", "aaa", 0, "aaa"},        // a group is no repetition: a* gives back
+        {"(a*)*a", "aaa", 0, "a"},         // the iteration keeps aaa; fallbacks shorten
+        {"(ab|a)*b", "abab", 1, "b"},      // the iterations keep "ab", "ab"
+    });
+}
+
+TEST(TalvoRegexManager, MatchPattern_DollarIsStrict) {
+    expectSearches({
+        {"$", "abc", -1, "<null>"},
+        {"$", "", -1, "<null>"},
+        {"a$", "aba", 2, "a"},
+        {"a$", "ab", -1, "<null>"},
+        {"(a$)", "a", -1, "<null>"},       // the group's closing step still follows
+        {"a$b", "ab", -1, "<null>"},
+        {"a$|b", "ab", 1, "b"},
+        {"b|a$", "a", 0, "a"},
+        {"a$*", "a", 0, "a"},              // the iteration alone has nothing after it
+        {"(a|b$)*", "ab", 0, "a"},
+        {"[a-z]+$", "ab1cd", 3, "cd"},
+    });
+}
+
+TEST(TalvoRegexManager, MatchPattern_CaretOnlyAtZero) {
+    expectSearches({
+        {"^a", "ba", -1, "<null>"},
+        {"^a", "ab", 0, "a"},
+        {"b|^a", "ab", 0, "a"},
+        {"x^", "x", -1, "<null>"},
+        {"a*^b", "b", 0, "b"},
+        {"a*^b", "ab", -1, "<null>"},
+        {"(^a)+", "aa", 0, "a"},
+        {"^*a", "ba", 1, "a"},             // a star over ^ may take zero iterations
+    });
+}
+
+TEST(TalvoRegexManager, MatchPattern_BackReferences) {
+    expectSearches({
+        {"(a)\\1", "aa", 0, "aa"},
+        {"(a)\\2", "aa", -1, "<null>"},       // slot 2 is empty
+        {"\\1(a)", "aa", -1, "<null>"},       // group 1 has not completed yet
+        {"(a*)b\\1", "aabaa", 0, "aabaa"},
+        {"(a*)b\\1", "aaba", 1, "aba"},
+        {"(a*)x\\1y", "xy", 0, "xy"},         // an empty capture matches empty
+        {"(.)(.)\\2\\1", "xabba", 1, "abba"},
+        {"(a|b)\\1", "abb", 1, "bb"},
+        {"(a)|\\1b", "b", -1, "<null>"},
+        {"a\\0", "aa", -1, "<null>"},          // slot 0 is empty in a new manager
+    });
+}
+
+TEST(TalvoRegexManager, MatchPattern_ClassMembership) {
+    expectSearches({
+        {"[]a]+", "x]a]", 1, "]a]"},
+        {"[^]a]+", "]ab]", 2, "b"},
+        {"[a-]+", "x-a-", 1, "-a-"},
+        {"[z-a]+", "mz-a", 1, "z-a"},
+        {"[z-a]", "m", -1, "<null>"},
+        {"[a-Z]+", "ba-Z", 1, "a-Z"},
+        {"[0-z]", "5", -1, "<null>"},
+        {"[a-a]+", "ba-", 1, "a-"},
+        {"[\\n]", "n\n", 1, "\n"},
+        {"[\\t\\r]+", "x\t\r", 1, "\t\r"},
+        {"[\\-\\.]+", "x-.", 1, "-."},
+        {"[\\\\]", "\\", -1, "<null>"},       // a backslash only lets the next byte through
+        {"[^a-z0-9]", "az09_", 4, "_"},
+        {"[^^]", "^x", 1, "x"},
+        {"x\\[", "x[", 0, "x["},              // an escaped "[" is that byte
+        {"\\]", "]", 0, "]"},
+        {"[a-c-e]+", "b-e", 0, "b-e"},
+    });
+}
+
+TEST(TalvoRegexManager, MatchPattern_EscapesAndBackslash) {
+    expectSearches({
+        {"a\\?", "a", 0, "a"},
+        {"a\\?", "a\\", 0, "a\\"},
+        {"\\?", "x", 0, ""},
+        {"\\a", "\\a", 0, "\\a"},
+        {"\\t", "x\t", 1, "\t"},
+        {"\\.", "a.", 1, "."},
+        {"\\\\", "a\\", 1, "\\"},
+        {"\\{2\\}", "\\{2\\}", 0, "\\{2\\}"},
+    });
+}
+
+TEST(TalvoRegexManager, MatchPattern_CapturesFromAbandonedPathsStay) {
+    TalvoRegexManager manager("(a)x|ab");
+    EXPECT_EQ(manager.matchPattern("ab"), 0);
+    EXPECT_EQ(slot(&manager, 1), "a");
+    TalvoRegexManager repeat("(a|b)*");
+    EXPECT_EQ(repeat.matchPattern("ab"), 0);
+    EXPECT_EQ(slot(&repeat, 1), "b");
+    TalvoRegexManager failed("(a)(b)z");
+    EXPECT_EQ(failed.matchPattern("abab"), -1);
+    EXPECT_EQ(slot(&failed, 1), "a");
+    EXPECT_EQ(slot(&failed, 2), "b");
+    EXPECT_EQ(slot(&failed, 0), "<null>");
+}
+
+TEST(TalvoRegexManager, MatchPattern_ExampleCapturesAllSlots) {
+    TalvoRegexManager manager("(a)(b)\\2\\1");
+    EXPECT_EQ(manager.matchPattern("xabba"), 1);
+    EXPECT_EQ(slot(&manager, 0), "abba");
+    EXPECT_EQ(slot(&manager, 1), "a");
+    EXPECT_EQ(slot(&manager, 2), "b");
+    EXPECT_EQ(slot(&manager, 3), "<null>");
+}
+
+TEST(TalvoRegexManager, MatchPattern_EmptyIterationsEnd) {
+    expectSearches({
+        {"(a*)*", "b", 0, ""},
+        {"(a*)*b", "aab", 0, "aab"},
+        {"(a*)+b", "b", 0, "b"},
+        {"(a?)*c", "aac", 0, "aac"},
+        {"($)*", "a", 0, ""},
+        {"(^)*a", "ba", 1, "a"},
+        {"(a*|b)*c", "abbac", 3, "ac"},       // a* always wins with "" where no a stands
+        {"(\\1a)*", "aa", 0, ""},
+        {"(x*)*\\1y", "xxy", 0, "xxy"},
+    });
+    TalvoRegexManager manager("(a*)*");
+    EXPECT_EQ(manager.matchPattern("aab"), 0);
+    EXPECT_EQ(slot(&manager, 0), "aa");
+    EXPECT_EQ(slot(&manager, 1), "");   // the last completed iteration matched nothing
+}
+
+TEST(TalvoRegexManager, Captures_PersistBetweenOperations) {
+    TalvoRegexManager manager("(b+)");
+    EXPECT_EQ(manager.matchPattern("abba"), 1);
+    EXPECT_EQ(take(manager.substitutePatterns("xbx", "[\\0\\1]")), "x[bbb]x");
+    EXPECT_EQ(slot(&manager, 0), "bb");  // substitution leaves slot 0 alone
+    EXPECT_EQ(slot(&manager, 1), "b");
+}
+
+TEST(TalvoRegexManager, SetBackReference_StoresCopiesAndGrows) {
+    TalvoRegexManager manager("a");
+    char text[] = "xy";
+    manager.setBackReference(3, text);
+    text[0] = 'z';
+    EXPECT_EQ(slot(&manager, 3), "xy");
+    manager.setBackReference(3, "w");
+    EXPECT_EQ(slot(&manager, 3), "w");
+    manager.setBackReference(40, "far");
+    EXPECT_EQ(slot(&manager, 40), "far");
+    manager.setBackReference(-1, "none");
+    EXPECT_EQ(manager.getBackReference(-1), nullptr);
+    EXPECT_EQ(manager.getBackReference(100000), nullptr);
+}
+
+TEST(TalvoRegexManager, ExtractPattern_CopiesTheMatch) {
+    TalvoRegexManager manager("[0-9]+");
+    EXPECT_EQ(take(manager.extractPattern("ab123c45")), "123");
+    EXPECT_EQ(take(manager.extractPattern("abc")), "<null>");
+    EXPECT_EQ(take(manager.extractPattern(nullptr)), "<null>");
+    EXPECT_EQ(slot(&manager, 0), "123");
+}
+
+// --- Splitting
+
+namespace {
+
+struct Split { const char* pattern; const char* subject; std::vector<std::string> pieces; };
+
+}  // namespace
+
+TEST(TalvoRegexManager, SplitWithPattern_PiecesBetweenMatches) {
+    const Split table[] = {
+        {",", ",a,,b,", {"", "a", "", "b"}},
+        {",", "abc", {"abc"}},
+        {",", "", {}},
+        {",", ",", {""}},
+        {",", ",,", {"", ""}},
+        {",+", "a,,b", {"a", "b"}},
+        {" *; *", "a ; b;c", {"a", "b", "c"}},
+        {"x*", "abc", {"", "a", "b", "c"}},   // empty matches: step one byte
+        {"b*", "abba", {"", "a", "", "a"}},
+        {"$", "ab", {"ab"}},
+        {"^a", "aaa", {"", "aa"}},
+        {"a+ab", "xab", {"x"}},
+    };
+    for (const Split& s : table) {
+        TalvoRegexManager manager(s.pattern);
+        EXPECT_EQ(takeList(manager.splitWithPattern(s.subject)), s.pieces) << s.pattern << " on " << s.subject;
+    }
+}
+
+TEST(TalvoRegexManager, SplitWithPattern_LeavesSlotZeroAlone) {
+    TalvoRegexManager manager("(,)");
+    EXPECT_EQ(manager.matchPattern("x,y"), 1);
+    EXPECT_EQ(takeList(manager.splitWithPattern("a,b")), (std::vector<std::string>{"a", "b"}));
+    EXPECT_EQ(slot(&manager, 0), ",");
+    EXPECT_TRUE(takeList(manager.splitWithPattern(nullptr)).empty());
+}
+
+// --- Substitution
+
+namespace {
+
+struct Substitution { const char* pattern; const char* subject; const char* replacement; const char* first; const char* all; };
+
+}  // namespace
+
+TEST(TalvoRegexManager, Substitute_FirstAndEveryMatch) {
+    const Substitution table[] = {
+        {"o", "foo", "0", "f0o", "f00"},
+        {"(a)", "banana", "<\\1>", "b<a>nana", "b<a>n<a>n<a>"},
+        {"a", "a", "\\x", "\\x", "\\x"},
+        {"a", "a", "x\\", "x\\", "x\\"},
+        {"a", "a", "\\\\1", "\\<null-slot>", "\\<null-slot>"},
+        {"(a)(b)", "ab", "\\2\\1\\3\\9", "ba", "ba"},
+        {"(a)", "a", "\\01", "a", "a"},
+        {"z", "abc", "x", "abc", "abc"},
+        {"a", "aaa", "", "aa", "<null>"},    // nothing written at all gives null
+        {"a", "", "x", "<null>", "<null>"},
+        {"x*", "abc", "-", "-abc", "-a-b-c"},   // an empty match copies the next byte
+        {"a*", "baaac", "-", "-baaac", "-b--c"},
+        {"b+", "abbcb", "[&]", "a[&]cb", "a[&]c[&]"},
+        {"$", "ab", "!", "ab", "ab"},
+    };
+    for (const Substitution& s : table) {
+        std::string first = s.first, all = s.all;
+        // "\\1" after a backslash: the slot is empty, so only the backslash stays
+        if (first == "\\<null-slot>") first = all = "\\";
+        TalvoRegexManager one(s.pattern);
+        EXPECT_EQ(take(one.substitutePattern(s.subject, s.replacement)), first) << s.pattern << " on " << s.subject;
+        TalvoRegexManager every(s.pattern);
+        EXPECT_EQ(take(every.substitutePatterns(s.subject, s.replacement)), all) << s.pattern << " on " << s.subject;
+    }
+}
+
+TEST(TalvoRegexManager, Substitute_SlotZeroComesFromTheLastSearch) {
+    TalvoRegexManager manager("b");
+    EXPECT_EQ(take(manager.substitutePatterns("abc", "[\\0]")), "a[]c");  // no search yet: empty
+    manager.matchPattern("xbx");
+    EXPECT_EQ(take(manager.substitutePatterns("abc", "[\\0]")), "a[b]c");
+    EXPECT_EQ(take(manager.substitutePatterns(nullptr, "x")), "<null>");
+    EXPECT_EQ(take(manager.substitutePatterns("b", nullptr)), "<null>");
+}
+
+TEST(TalvoRegexManager, NewRegex_HandBuiltTreeMatches) {
+    TalvoRegexManager manager("unused");
+    TalvoRegex* a = manager.newRegex(TalvoRegex::TYPE_CHAR);
+    a->setCharacterClass("a");
+    TalvoRegex* group = manager.newRegex(TalvoRegex::TYPE_GROUP);
+    group->setLeftArgument(a);
+    TalvoRegex* plus = manager.newRegex(TalvoRegex::TYPE_PLUS);
+    plus->setLeftArgument(group);
+    manager.setTopRegex(plus);
+    int next = 1;
+    plus->defineBackReferenceNumbers(&next);
+    EXPECT_EQ(next, 2);
+    EXPECT_EQ(manager.matchPattern("baa"), 1);
+    EXPECT_EQ(slot(&manager, 0), "aa");
+    EXPECT_EQ(slot(&manager, 1), "a");
+    a->setCharacterClass("b");  // the change is seen by the next match
+    EXPECT_EQ(manager.matchPattern("baa"), 0);
+    EXPECT_EQ(slot(&manager, 0), "b");
+}
+
+TEST(TalvoRegexManager, NewRegex_CyclicTreeNeverMatches) {
+    TalvoRegexManager manager("unused");
+    TalvoRegex* cat = manager.newRegex(TalvoRegex::TYPE_CONCATENATION);
+    TalvoRegex* a = manager.newRegex(TalvoRegex::TYPE_CHAR);
+    a->setCharacterClass("a");
+    cat->setLeftArgument(a);
+    cat->setRightArgument(cat);
+    manager.setTopRegex(cat);
+    EXPECT_EQ(manager.matchPattern("aaa"), -1);
+}

@@ -1,0 +1,280 @@
+// Cross-checks the matcher against a direct, recursive transcription of the
+// matching rules on generated patterns and subjects, captures included, and
+// runs repetitions over subjects far longer than any machine stack allows.
+#include "support/TalvoTest.h"
+
+#include "RegexTestHelpers.h"
+
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+using regex_test::slot;
+using regex_test::take;
+using regex_test::takeList;
+
+namespace {
+
+// The rules as written: continuation stack, groups keeping their state in
+// the node, each repetition iteration matched alone against an empty stack.
+// Iterations that consume nothing are cut after kEmptyDepth levels, which is
+// the same as the unbounded count once the captures have stopped changing.
+class ReferenceMatcher {
+public:
+    std::map<int, std::string> captures;
+    long steps = 0;
+    static constexpr long kStepLimit = 2000000;
+    static constexpr int kEmptyDepth = 40;
+
+    int match(const TalvoRegex* node, const char* text, int position) {
+        text_ = text;
+        std::vector<const TalvoRegex*> stack;
+        return m(node, position, stack);
+    }
+
+    bool exhausted() const { return steps > kStepLimit; }
+
+private:
+    const char* text_ = nullptr;
+    std::map<const TalvoRegex*, std::pair<int, int>> groups_;  // state, index
+
+    int next(int position, std::vector<const TalvoRegex*>& stack) {
+        if (stack.empty()) return position;
+        const TalvoRegex* node = stack.back();
+        stack.pop_back();
+        int r = m(node, position, stack);
+        stack.push_back(node);
+        return r;
+    }
+
+    int range(const TalvoRegex* node, int position, std::vector<const TalvoRegex*>& stack,
+              long minimum, long maximum, int emptyLevels) {
+        if (maximum < 1) return next(position, stack);
+        std::vector<const TalvoRegex*> alone;
+        int e = m(node->getLeftArgument(), position, alone);
+        if (e == -1) return minimum > 0 ? -1 : next(position, stack);
+        int r;
+        if (e == position && emptyLevels >= kEmptyDepth) r = next(e, stack);
+        else r = range(node, e, stack, minimum - 1, maximum - 1, e == position ? emptyLevels + 1 : 0);
+        if (r != -1) return r;
+        return next(position, stack);
+    }
+
+    int m(const TalvoRegex* node, int position, std::vector<const TalvoRegex*>& stack) {
+        if (++steps > kStepLimit) return -1;
+        char c = text_[position];
+        switch (node->getType()) {
+        case TalvoRegex::TYPE_DOT:
+            return c == 0 ? -1 : next(position + 1, stack);
+        case TalvoRegex::TYPE_CHAR:
+        case TalvoRegex::TYPE_ESCAPEDCHAR:
+        case TalvoRegex::TYPE_CHARCLASS:
+            return (c == 0 || !node->isCharacterInClass(c)) ? -1 : next(position + 1, stack);
+        case TalvoRegex::TYPE_ALTERNATION: {
+            int r = m(node->getLeftArgument(), position, stack);
+            return r != -1 ? r : m(node->getRightArgument(), position, stack);
+        }
+        case TalvoRegex::TYPE_CONCATENATION: {
+            stack.push_back(node->getRightArgument());
+            int r = m(node->getLeftArgument(), position, stack);
+            stack.pop_back();
+            return r;
+        }
+        case TalvoRegex::TYPE_STAR: return range(node, position, stack, 0, 2147483647L, 0);
+        case TalvoRegex::TYPE_PLUS: return range(node, position, stack, 1, 2147483647L, 0);
+        case TalvoRegex::TYPE_QMARK: return range(node, position, stack, 0, 1, 0);
+        case TalvoRegex::TYPE_DOLLAR: return (c == 0 && stack.empty()) ? position : -1;
+        case TalvoRegex::TYPE_CARET: return position == 0 ? next(position, stack) : -1;
+        case TalvoRegex::TYPE_GROUP: {
+            auto& state = groups_[node];
+            if (state.first == 0) {
+                state = {1, position};
+                stack.push_back(node);
+                int r = m(node->getLeftArgument(), position, stack);
+                stack.pop_back();
+                groups_[node] = {0, 0};
+                return r;
+            }
+            captures[node->getBackReferenceNumber()] = std::string(text_ + state.second, position - state.second);
+            return next(position, stack);
+        }
+        case TalvoRegex::TYPE_BACKREFERENCE: {
+            auto found = captures.find(node->getBackReferenceNumber());
+            if (found == captures.end()) return -1;
+            const std::string& s = found->second;
+            if (std::string(text_ + position).compare(0, s.size(), s) != 0) return -1;
+            return next(position + static_cast<int>(s.size()), stack);
+        }
+        }
+        return -1;
+    }
+};
+
+// A random pattern over a few bytes; always well formed.
+class PatternMaker {
+public:
+    explicit PatternMaker(unsigned seed) : random_(seed) {}
+
+    std::string make() {
+        groups_ = 0;
+        return alternation(3);
+    }
+
+private:
+    std::mt19937 random_;
+    int groups_ = 0;
+
+    int pick(int n) { return static_cast<int>(random_() % static_cast<unsigned>(n)); }
+
+    std::string alternation(int depth) {
+        std::string s = sequence(depth);
+        if (pick(4) == 0) s += "|" + sequence(depth);
+        return s;
+    }
+    std::string sequence(int depth) {
+        std::string s;
+        int n = 1 + pick(3);
+        for (int i = 0; i < n; i++) s += postfix(depth);
+        return s;
+    }
+    std::string postfix(int depth) {
+        std::string s = atom(depth);
+        static const char* operators[] = {"", "", "", "*", "+", "?"};
+        s += operators[pick(6)];
+        if (pick(12) == 0) s += "*";
+        return s;
+    }
+    std::string atom(int depth) {
+        static const char* atoms[] = {"a", "b", "a", "b", ".", "[ab]", "[^a]", "^", "$", "c"};
+        int k = pick(depth > 0 ? 14 : 10);
+        if (k < 10) return atoms[k];
+        if (k < 13) {
+            groups_++;
+            return "(" + alternation(depth - 1) + ")";
+        }
+        if (groups_ == 0) return "a";
+        return "\\" + std::to_string(1 + pick(groups_));
+    }
+};
+
+std::string randomSubject(std::mt19937& random) {
+    std::string s;
+    int n = static_cast<int>(random() % 7);
+    for (int i = 0; i < n; i++) s += "abc"[random() % 3];
+    return s;
+}
+
+int referenceSearch(ReferenceMatcher& reference, const TalvoRegex* top, const std::string& subject) {
+    for (int start = 0; start < static_cast<int>(subject.size()); start++) {
+        int end = reference.match(top, subject.c_str(), start);
+        if (end != -1) {
+            reference.captures[0] = subject.substr(start, end - start);
+            return start;
+        }
+    }
+    return -1;
+}
+
+std::string referenceSubstitute(ReferenceMatcher& reference, const TalvoRegex* top, const std::string& subject) {
+    std::string out;
+    std::size_t position = 0;
+    while (position < subject.size()) {
+        int end = reference.match(top, subject.c_str(), static_cast<int>(position));
+        if (end == -1) {
+            out += subject[position++];
+            continue;
+        }
+        out += "<" + (reference.captures.count(1) ? reference.captures[1] : std::string()) + ">";
+        if (end == static_cast<int>(position)) out += subject[position++];
+        else position = end;
+    }
+    return out.empty() ? "<null>" : out;
+}
+
+std::string capturesText(TalvoRegexManager* manager, int groups) {
+    std::string s;
+    for (int n = 0; n <= groups; n++) s += "[" + slot(manager, n) + "]";
+    return s;
+}
+
+std::string capturesText(ReferenceMatcher& reference, int groups) {
+    std::string s;
+    for (int n = 0; n <= groups; n++)
+        s += "[" + (reference.captures.count(n) ? reference.captures[n] : std::string("<null>")) + "]";
+    return s;
+}
+
+}  // namespace
+
+TEST(TalvoRegexManager, MatchPattern_AgreesWithTheRulesOnGeneratedCases) {
+    PatternMaker maker(12345);
+    std::mt19937 random(678);
+    int compared = 0;
+    for (int i = 0; i < 3000; i++) {
+        std::string pattern = maker.make();
+        int groups = 0;
+        for (char c : pattern) groups += c == '(';
+        for (int j = 0; j < 4; j++) {
+            std::string subject = randomSubject(random);
+            TalvoRegexManager manager(pattern.c_str());
+            int start = manager.matchPattern(subject.c_str());
+            ASSERT_NE(manager.getTopRegex(), nullptr) << pattern;
+            ReferenceMatcher reference;
+            int expected = referenceSearch(reference, manager.getTopRegex(), subject);
+            std::string substituted = take(manager.substitutePatterns(subject.c_str(), "<\\1>"));
+            std::string expectedSubstitution = referenceSubstitute(reference, manager.getTopRegex(), subject);
+            if (reference.exhausted()) continue;
+            compared++;
+            EXPECT_EQ(start, expected) << pattern << " on " << subject;
+            EXPECT_EQ(substituted, expectedSubstitution) << pattern << " on " << subject;
+            EXPECT_EQ(capturesText(&manager, groups), capturesText(reference, groups)) << pattern << " on " << subject;
+        }
+    }
+    EXPECT_GT(compared, 10000);
+}
+
+// --- Long subjects: the heap, not the machine stack, carries the search.
+
+namespace {
+
+const int kLongSubject = 16 * 1024 * 1024;
+
+}  // namespace
+
+TEST(TalvoRegexManager, MatchPattern_LongSubjectsNeedNoMachineStack) {
+    std::string as(kLongSubject, 'a');
+    TalvoRegexManager star("a*b");
+    EXPECT_EQ(star.matchPattern((as + "b").c_str()), 0);
+    EXPECT_EQ(std::string(star.getBackReference(0)).size(), as.size() + 1);
+
+    std::string abs;
+    abs.reserve(kLongSubject + 1);
+    while (abs.size() < static_cast<std::size_t>(kLongSubject)) abs += "ab";
+    TalvoRegexManager group("(ab)*c");
+    EXPECT_EQ(group.matchPattern((abs + "c").c_str()), 0);
+    EXPECT_EQ(slot(&group, 1), "ab");
+
+    std::string ys(kLongSubject, 'y');
+    TalvoRegexManager dots(".*x");
+    EXPECT_EQ(dots.matchPattern(("x" + ys).c_str()), 0);
+    EXPECT_EQ(slot(&dots, 0), "x");  // the backtracking walked the whole subject back
+
+    std::string letters(kLongSubject, 'q');
+    TalvoRegexManager end("[a-z]+$");
+    EXPECT_EQ(end.matchPattern(letters.c_str()), 0);
+
+    TalvoRegexManager alternation("(a|b)*c");
+    EXPECT_EQ(alternation.matchPattern((abs + "c").c_str()), 0);
+    EXPECT_EQ(slot(&alternation, 1), "b");
+}
+
+TEST(TalvoRegexManager, SplitAndSubstitute_LongSubjects) {
+    std::string text;
+    for (int i = 0; i < 200000; i++) text += "word, ";
+    TalvoRegexManager comma(", *");
+    EXPECT_EQ(takeList(comma.splitWithPattern(text.c_str())).size(), 200000u);
+    TalvoRegexManager empty("x*");
+    std::string replaced = take(empty.substitutePatterns(std::string(100000, 'a').c_str(), "-"));
+    EXPECT_EQ(replaced.size(), 200000u);
+}
