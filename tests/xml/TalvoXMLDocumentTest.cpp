@@ -1,0 +1,74 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/containers/TalvoList.h>
+#include <talvo/text/TalvoFileStream.h>
+#include <talvo/xml/TalvoXMLDocument.h>
+#include <talvo/xml/TalvoXMLTerm.h>
+
+#include <cstdio>
+
+using talvo_test::readFile;
+using talvo_test::writeFile;
+
+TEST(TalvoXMLDocument, RootsKeepOrderAndFindMatchesAnyType) {
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    document->addRoot(new TalvoXMLTerm(TalvoXMLTerm::comment, "a"));
+    document->addRoot(new TalvoXMLTerm(TalvoXMLTerm::node, "a"));
+    document->addRoot(nullptr);
+    EXPECT_TRUE(document->findRoot("a")->isComment());
+    EXPECT_EQ(document->findRoot("b"), nullptr);
+    TalvoListCursor* cursor = document->newCursorOnRoots();
+    int count = 0;
+    for (cursor->resetOnFirstItem(); !cursor->isAfterLastItem(); cursor->increment())
+        ++count;
+    EXPECT_EQ(count, 2);
+    delete cursor;
+    document->reset();
+    EXPECT_EQ(document->findRoot("a"), nullptr);
+    TalvoXMLDocument::free(document);
+    TalvoXMLDocument::free(nullptr);
+}
+
+TEST(TalvoXMLDocument, LoadReplacesTheRootsAndPrintTakesTheFileOver) {
+    writeFile("in.xml", "<?xml version=\"1.0\"?>\n<a x=\"1\">\n  <b/>\n</a>\n");
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    document->addRoot(new TalvoXMLTerm(TalvoXMLTerm::node, "old"));
+    document->setDocType("cfg");
+    FILE* in = std::fopen("in.xml", "rb");
+    document->load(in);
+    std::fclose(in);
+    EXPECT_EQ(document->findRoot("old"), nullptr);
+    FILE* out = std::fopen("out.xml", "wb");
+    document->print(out, 4);  // closes `out`
+    EXPECT_EQ(readFile("out.xml"), "<?xml version=\"1.0\"?>\n<!DOCTYPE cfg>\n<a x=\"1\" >\n    <b />\n</a>\n");
+    document->print(static_cast<FILE*>(nullptr), 2);
+    delete document;
+}
+
+TEST(TalvoXMLDocument, PrintOnAStreamLeavesItOpen) {
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    document->addRoot(new TalvoXMLTerm(TalvoXMLTerm::node, "a"));
+    FILE* out = std::fopen("out.xml", "wb");
+    TalvoFileStream* stream = new TalvoFileStream(false, out);
+    document->print(stream, 2);
+    document->print(stream, 0);
+    stream->close();
+    delete stream;
+    EXPECT_EQ(readFile("out.xml"), "<?xml version=\"1.0\"?>\n<a />\n<?xml version=\"1.0\"?>\n<a />\n");
+    delete document;
+}
+
+TEST(TalvoXMLDocument, FailedLoadLeavesTheDocumentEmpty) {
+    writeFile("in.xml", "<?xml?>\n<a>\n");
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    document->addRoot(new TalvoXMLTerm(TalvoXMLTerm::node, "old"));
+    FILE* in = std::fopen("in.xml", "rb");
+    ::testing::internal::CaptureStderr();
+    document->load(in);
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "SYNTAX ERROR [line 3]:\nNon closed tag(s)\n\n");
+    std::fclose(in);
+    EXPECT_EQ(document->findRoot("old"), nullptr);
+    EXPECT_EQ(document->findRoot("a"), nullptr);
+    document->load(nullptr);
+    delete document;
+}

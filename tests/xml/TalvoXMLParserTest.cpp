@@ -1,0 +1,536 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/containers/TalvoList.h>
+#include <talvo/xml/TalvoXMLAttribute.h>
+#include <talvo/xml/TalvoXMLDocument.h>
+#include <talvo/xml/TalvoXMLParser.h>
+#include <talvo/xml/TalvoXMLParserMessenger.h>
+#include <talvo/xml/TalvoXMLPrinter.h>
+#include <talvo/xml/TalvoXMLTerm.h>
+
+#include <cstdio>
+#include <string>
+
+namespace {
+
+using talvo_test::readFile;
+using talvo_test::writeFile;
+
+// The outcome of parsing one input: the result code, the report written on
+// the error stream, and the document as printed afterwards.
+struct Outcome {
+    int code;
+    std::string report;
+    std::string printed;
+};
+
+std::string printDocument(TalvoXMLDocument* document) {
+    document->print(std::fopen("printed.xml", "wb"), 2);  // closes the file
+    return readFile("printed.xml");
+}
+
+// Parses `xml` into `document` with reports sent to a file.
+int parseInto(TalvoXMLDocument* document, const std::string& xml, std::string* report,
+              const char* name = nullptr) {
+    writeFile("in.xml", xml);
+    FILE* in = std::fopen("in.xml", "rb");
+    FILE* errors = std::fopen("errors.txt", "wb");
+    TalvoXMLParser* parser = new TalvoXMLParser();
+    parser->setErrorFile(errors);
+    parser->setInputFileName(name);
+    int code = parser->parseFile(document, in);
+    delete parser;
+    std::fclose(errors);
+    std::fclose(in);
+    *report = readFile("errors.txt");
+    return code;
+}
+
+Outcome parse(const std::string& xml, const char* name = nullptr) {
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    Outcome outcome;
+    outcome.code = parseInto(document, xml, &outcome.report, name);
+    outcome.printed = printDocument(document);
+    delete document;
+    return outcome;
+}
+
+const std::string Header = "<?xml version=\"1.0\"?>\n";
+
+std::string syntaxError(int line, const char* text) {
+    return "SYNTAX ERROR [line " + std::to_string(line) + "]:\n" + text + "\n";
+}
+
+}  // namespace
+
+// --- Errors: every code, its line and the exact report.
+
+TEST(TalvoXMLParser, ErrorsReportCodeAndLine) {
+    struct Case {
+        const char* input;
+        int code;
+        int line;
+    } cases[] = {
+        // 1001: the end of the file inside a construct, and the "=" quirk.
+        {"<?xml version", 1001, 1},
+        {"<?xml ?", 1001, 1},
+        {"<?xml?>\n<a>\nhello", 1001, 3},
+        {"<?xml?>\n<a>hello  \n", 1001, 3},
+        {"<?xml?>\n<abc", 1001, 2},
+        {"<?xml?>\n<a></a", 1001, 2},
+        {"<?xml?>\n<a x y=\"1\"/>", 1001, 2},
+        {"<?xml?>\n<a x=\"abc\n", 1001, 3},
+        {"<?xml?>\n<!-- abc --", 1001, 2},
+        {"<?xml?>\n<!-- abc -- >\n", 1001, 3},
+        {"<?xml?>\n<!DOCTYPE a", 1001, 2},
+        {"<?xml?>\n<!", 1001, 2},
+        {"<?xml?>\n<![CDATA[abc]]", 1001, 2},
+        {"<?xml?>\n<![CDATA[abc]", 1001, 2},
+        {"<?xml?>\n<![CDATA[abc", 1001, 2},
+        {"<?xml?>\n<![CDATA[a]]]>", 1001, 2},
+        // 1002: a name must start with a letter.
+        {"<?xml?>\n<a></1>", 1002, 2},
+        {"<?xml?>\n<a>\n</\n>", 1002, 4},
+        {"<?xml?>\n<a></", 1002, 2},
+        // 1003: values are double-quoted.
+        {"<?xml?>\n<a x='1'/>", 1003, 2},
+        {"<?xml?>\n<a x=", 1003, 2},
+        {"<?xml?>\n<a x=1/>", 1003, 2},
+        // 1004: the declaration comes first, with nothing before it.
+        {"", 1004, 1},
+        {" <?xml?>", 1004, 1},
+        {"\n<?xml?>", 1004, 2},
+        {"<a/>", 1004, 1},
+        {"\xEF\xBB\xBF<?xml?>", 1004, 1},
+        // 1005: the second dash of a comment.
+        {"<?xml?>\n<!-x>", 1005, 2},
+        {"<?xml?>\n<!-", 1005, 2},
+        // 1006: the CDATA marker.
+        {"<?xml?>\n<![CDAT[x]]>", 1006, 2},
+        {"<?xml?>\n<![CDATA x]]>", 1006, 2},
+        {"<?xml?>\n<![CD\nATA[x]]>", 1006, 3},
+        {"<?xml?>\n<![", 1006, 2},
+        // 1007: the end of the file where "=" is due.
+        {"<?xml?>\n<a x ", 1007, 2},
+        {"<?xml?>\n<a x\n", 1007, 3},
+        // 1008: inside a tag.
+        {"<?xml?>\n<a/ >", 1008, 2},
+        {"<?xml?>\n<a $>", 1008, 2},
+        {"<?xml?>\n<a x=\"1\"", 1008, 2},
+        {"<?xml?>\n<a ", 1008, 2},
+        {"<?xml?>\n<a/", 1008, 2},
+        {"<?xml?>\n<a></a b>", 1008, 2},
+        {"<?xml?>\n<a></a", 1001, 2},
+        // 1010, 1011: closing tags.
+        {"<?xml?>\n</a>", 1010, 2},
+        {"<?xml?>\n<a/>\n</a>", 1010, 3},
+        {"<?xml?>\n<a>\n<b></a>", 1011, 3},
+        {"<?xml?>\n<a></A>", 1011, 2},
+        // 1012: "<" not followed by a letter, "!" or "/".
+        {"<?xml?>\n<1>", 1012, 2},
+        {"<?xml?>\n< a>", 1012, 2},
+        {"<?xml?>\n<?pi?>", 1012, 2},
+        {"<?xml?>\n<", 1012, 2},
+        // 1013: nodes still open at the end, counted to the end of the file.
+        {"<?xml?>\n<a>\n<b>\n", 1013, 4},
+        {"<?xml?>\n<a>", 1013, 2},
+        {"<?xml?>\n<a><b></b>", 1013, 2},
+    };
+    TalvoXMLParserMessenger* messenger = new TalvoXMLParserMessenger();
+    for (const Case& c : cases) {
+        Outcome outcome = parse(c.input);
+        EXPECT_EQ(outcome.code, 1) << c.input;
+        EXPECT_EQ(outcome.report, syntaxError(c.line, messenger->getMessageText(c.code))) << c.input;
+        EXPECT_EQ(outcome.printed, Header) << c.input;  // a failed parse leaves the document empty
+    }
+    delete messenger;
+}
+
+TEST(TalvoXMLParser, ReportNamesTheInputFile) {
+    Outcome outcome = parse("<?xml?>\n\n\n\n\n\n\n\n\n\n\n<a x='1'/>\n", "in.xml");
+    EXPECT_EQ(outcome.report, "SYNTAX ERROR [in.xml, line 12]:\nA '\"' was expected\n\n");
+}
+
+TEST(TalvoXMLParser, FailedParseEmptiesAFilledDocument) {
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    std::string report;
+    EXPECT_EQ(parseInto(document, Header + "<a><b/><c>text</c>", &report), 1);
+    EXPECT_EQ(printDocument(document), Header);
+    document->addRoot(new TalvoXMLTerm(TalvoXMLTerm::node, "old"));
+    EXPECT_EQ(parseInto(document, Header + "<a><b x=\"1\" y=\"2\"/><c>text</d>", &report), 1);
+    EXPECT_EQ(document->findRoot("old"), nullptr);
+    EXPECT_EQ(printDocument(document), Header);
+    delete document;
+}
+
+TEST(TalvoXMLParser, ParserIsReusableAfterAnError) {
+    writeFile("bad.xml", "<?xml?>\n<a>");
+    writeFile("good.xml", "<?xml?>\n<a/>\n");
+    FILE* errors = std::fopen("errors.txt", "wb");
+    TalvoXMLParser* parser = new TalvoXMLParser();
+    parser->setErrorFile(errors);
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    FILE* bad = std::fopen("bad.xml", "rb");
+    EXPECT_EQ(parser->parseFile(document, bad), 1);
+    EXPECT_TRUE(parser->getParseError());
+    std::fclose(bad);
+    FILE* good = std::fopen("good.xml", "rb");
+    EXPECT_EQ(parser->parseFile(document, good), 0);
+    EXPECT_FALSE(parser->getParseError());
+    EXPECT_EQ(parser->getLineNumber(), 3);
+    std::fclose(good);
+    EXPECT_NE(document->findRoot("a"), nullptr);
+    EXPECT_EQ(parser->parseFile(nullptr, nullptr), 1);
+    delete document;
+    delete parser;
+    std::fclose(errors);
+    EXPECT_EQ(readFile("errors.txt"), syntaxError(2, "Non closed tag(s)\n"));
+}
+
+// --- White space at the end of the file.
+
+TEST(TalvoXMLParser, TrailingWhiteSpaceEndsTheParseQuietly) {
+    const char* inputs[] = {
+        "<?xml?>",
+        "<?xml?>\n",
+        "<?xml?>\n<a/>",
+        "<?xml?>\n<a/>\n",
+        "<?xml?>\n<a/>\n\n  \t\r\n",
+        "<?xml?><a>x</a>   ",
+    };
+    for (const char* input : inputs) {
+        Outcome outcome = parse(input);
+        EXPECT_EQ(outcome.code, 0) << input;
+        EXPECT_EQ(outcome.report, "") << input;
+    }
+    EXPECT_EQ(parse("<?xml?>\n<a/>\ntail").report, syntaxError(3, "Unexpected end of file\n"));
+    EXPECT_EQ(parse("<?xml?>\n<a/>\n  tail  \n\n").report, syntaxError(5, "Unexpected end of file\n"));
+}
+
+// --- What the tree holds.
+
+TEST(TalvoXMLParser, SelfClosingChildAndLineNumbers) {
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    std::string report;
+    ASSERT_EQ(parseInto(document, "<?xml version=\"1.0\"?>\n<a>\n  <b/>\n\n  text\n</a>\n", &report), 0);
+    TalvoXMLTerm* a = document->findRoot("a");
+    ASSERT_NE(a, nullptr);
+    EXPECT_EQ(a->getLineNumber(), 2);
+    ASSERT_EQ(a->getNumberOfChildren(), 2);
+    EXPECT_TRUE(a->getNthChild(0)->isNodeOfTag("b"));
+    EXPECT_EQ(a->getNthChild(0)->getLineNumber(), 3);
+    EXPECT_FALSE(a->getNthChild(0)->hasChildren());
+    EXPECT_STREQ(a->getNthChild(1)->getText(), "text ");
+    EXPECT_EQ(a->getNthChild(1)->getLineNumber(), 6);  // a text is made at the "<" that ends it
+    delete document;
+}
+
+TEST(TalvoXMLParser, TextsCollapseWhiteSpaceRuns) {
+    struct Case {
+        const char* body;
+        const char* text;
+    } cases[] = {
+        {"<a>  x   y  </a>", "x y "},
+        {"<a>x\n\t\ny</a>", "x y"},
+        {"<a>\n  one &amp; two\n</a>", "one &amp; two "},
+        {"<a>a>b</a>", "a>b"},
+        {"<a>q\"uote'</a>", "q\"uote'"},
+    };
+    for (const Case& c : cases) {
+        TalvoXMLDocument* document = new TalvoXMLDocument();
+        std::string report;
+        ASSERT_EQ(parseInto(document, Header + c.body, &report), 0) << c.body << report;
+        EXPECT_STREQ(document->findRoot("a")->getNthChild(0)->getText(), c.text) << c.body;
+        delete document;
+    }
+}
+
+TEST(TalvoXMLParser, AttributesKeepTheirValuesAsWritten) {
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    std::string report;
+    ASSERT_EQ(parseInto(document,
+                        Header + "<a x = \"1\"\n y=\"two\nlines\" x=\"&lt;\" empty=\"\" n.s:q-r_s=\"'\"/>",
+                        &report),
+              0)
+        << report;
+    TalvoXMLTerm* a = document->findRoot("a");
+    const char* expected[][2] = {{"x", "1"}, {"y", "two\nlines"}, {"x", "&lt;"}, {"empty", ""}, {"n.s:q-r_s", "'"}};
+    TalvoListCursor* cursor = a->newCursorOnAttributes();
+    int i = 0;
+    for (cursor->resetOnFirstItem(); !cursor->isAfterLastItem(); cursor->increment(), ++i) {
+        auto* attribute = static_cast<TalvoXMLAttribute*>(cursor->getItem());
+        EXPECT_STREQ(attribute->getName(), expected[i][0]);
+        EXPECT_STREQ(attribute->getValue(), expected[i][1]);
+    }
+    EXPECT_EQ(i, 5);
+    delete cursor;
+    delete document;
+}
+
+TEST(TalvoXMLParser, CommentsAndDeclarationsBecomeCommentTerms) {
+    struct Case {
+        const char* body;
+        const char* text;
+    } cases[] = {
+        {"<!-- hi -->", "-- hi --"},
+        {"<!---->", "----"},
+        {"<!-- a -- b -->", "-- a -- b --"},
+        {"<!-- a->b --->", "-- a->b ---"},
+        {"<!--\nline\n-->", "--\nline\n--"},
+        {"<!DOCTYPE note SYSTEM \"note.dtd\">", "DOCTYPE note SYSTEM \"note.dtd\""},
+        {"<!>", ""},
+    };
+    for (const Case& c : cases) {
+        TalvoXMLDocument* document = new TalvoXMLDocument();
+        std::string report;
+        ASSERT_EQ(parseInto(document, Header + c.body, &report), 0) << c.body << report;
+        TalvoListCursor* cursor = document->newCursorOnRoots();
+        cursor->resetOnFirstItem();
+        auto* term = static_cast<TalvoXMLTerm*>(cursor->getItem());
+        EXPECT_TRUE(term->isComment()) << c.body;
+        EXPECT_STREQ(term->getText(), c.text) << c.body;
+        delete cursor;
+        delete document;
+    }
+}
+
+TEST(TalvoXMLParser, CDataKeepsItsContentAsItStands) {
+    struct Case {
+        const char* body;
+        const char* text;
+    } cases[] = {
+        {"<![CDATA[a <b> & c]]>", "a <b> & c"},
+        {"<![ CDATA \n [x]]>", "x"},
+        {"<![CDATA[a]b]]>", "a]b"},
+        {"<![CDATA[a]]b]]>", "a]]b"},
+        {"<![CDATA[]]>", ""},
+        {"<![CDATA[\n two\n]]>", "\n two\n"},
+    };
+    for (const Case& c : cases) {
+        TalvoXMLDocument* document = new TalvoXMLDocument();
+        std::string report;
+        ASSERT_EQ(parseInto(document, Header + "<a>" + c.body + "</a>", &report), 0) << c.body << report;
+        TalvoXMLTerm* term = document->findRoot("a")->getNthChild(0);
+        EXPECT_TRUE(term->isCDATA()) << c.body;
+        EXPECT_STREQ(term->getText(), c.text) << c.body;
+        delete document;
+    }
+}
+
+TEST(TalvoXMLParser, PrintedCDataReadsBackOnlyAfterABracket) {
+    Outcome bracket = parse(Header + "<a><![CDATA[[x]]></a>");
+    EXPECT_EQ(bracket.printed, Header + "<a >\n<![CDATA\n[x]]>\n</a>\n");
+    Outcome reread = parse(bracket.printed);
+    EXPECT_EQ(reread.code, 0);
+    EXPECT_EQ(reread.printed, Header + "<a >\n<![CDATA\nx]]>\n</a>\n");  // the bracket was the marker's
+    EXPECT_EQ(parse(reread.printed).report, syntaxError(4, "Ill formed CDATA section\n"));
+}
+
+TEST(TalvoXMLParser, HeaderIsSkippedUpToQuestionMarkAndAngle) {
+    for (const char* header : {"<?" "?>", "<?xml a=\"?\" ?>", "<?x?" "?>", "<?>?>", "<?xml\nversion='1.0'\n?>"}) {
+        TalvoXMLDocument* document = new TalvoXMLDocument();
+        std::string report;
+        EXPECT_EQ(parseInto(document, std::string(header) + "<a/>", &report), 0) << header;
+        EXPECT_NE(document->findRoot("a"), nullptr) << header;
+        delete document;
+    }
+}
+
+TEST(TalvoXMLParser, SeveralRootsOfEveryType) {
+    Outcome outcome = parse(Header + "<!-- c --><a/>text<b></b>");
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.printed, Header + "<!-- c -->\n<a />\ntext\n<b />\n");
+}
+
+// --- Depth.
+
+TEST(TalvoXMLParser, DeepNestingParsesPrintsAndDeletes) {
+    const int depth = 100000;
+    std::string xml = Header;
+    for (int i = 0; i < depth; ++i)
+        xml += "<n>";
+    xml += "x";
+    for (int i = 0; i < depth; ++i)
+        xml += "</n>";
+    xml += "\n";
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    std::string report;
+    ASSERT_EQ(parseInto(document, xml, &report), 0) << report;
+    TalvoXMLTerm* term = document->findRoot("n");
+    int levels = 0;
+    for (; term && term->isNode(); term = term->getNthChild(0))
+        ++levels;
+    EXPECT_EQ(levels, depth);
+    TalvoXMLDocument::free(document);
+
+    // Unclosed, the same depth fails cleanly and frees everything.
+    xml.resize(Header.size() + 3 * depth);
+    EXPECT_EQ(parse(xml).report, syntaxError(2, "Non closed tag(s)\n"));
+}
+
+TEST(TalvoXMLParser, DeepNestingPrintsWithIndentation) {
+    const int depth = 20000;
+    std::string xml = Header;
+    for (int i = 0; i < depth; ++i)
+        xml += "<n>";
+    for (int i = 0; i < depth; ++i)
+        xml += "</n>";
+    Outcome outcome = parse(xml);
+    ASSERT_EQ(outcome.code, 0);
+    std::string innermost = std::string(2 * (depth - 1), ' ') + "<n />\n" +
+                            std::string(2 * (depth - 2), ' ') + "</n>\n";
+    EXPECT_NE(outcome.printed.find(innermost), std::string::npos);
+    EXPECT_EQ(outcome.printed.substr(outcome.printed.size() - 5), "</n>\n");
+}
+
+// --- Round trip.
+
+TEST(TalvoXMLParser, RealisticDocumentRoundTrips) {
+    const std::string config =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+        "<!DOCTYPE config>\n"
+        "<!-- simulation settings -->\n"
+        "<config version=\"3\" name=\"harbour model\">\n"
+        "  <clock start=\"0\" stop=\"86400\" step=\"0.5\"/>\n"
+        "  <random seed=\"12345\" generator=\"mrg\" />\n"
+        "  <servers>\n"
+        "    <server id=\"s1\" rate=\"1.25\" enabled=\"true\">Main quay</server>\n"
+        "    <server id=\"s2\" rate=\"0.75\" enabled=\"false\">\n"
+        "      Old quay,   closed on\n"
+        "      Sundays\n"
+        "    </server>\n"
+        "  </servers>\n"
+        "  <notes>Weights &amp; measures</notes>\n"
+        "</config>\n";
+    const std::string expected =
+        "<?xml version=\"1.0\"?>\n"
+        "<!DOCTYPE config>\n"
+        "<!-- simulation settings -->\n"
+        "<config version=\"3\" name=\"harbour model\" >\n"
+        "  <clock start=\"0\" stop=\"86400\" step=\"0.5\" />\n"
+        "  <random seed=\"12345\" generator=\"mrg\" />\n"
+        "  <servers >\n"
+        "    <server id=\"s1\" rate=\"1.25\" enabled=\"true\" >\n"
+        "Main quay\n"
+        "    </server>\n"
+        "    <server id=\"s2\" rate=\"0.75\" enabled=\"false\" >\n"
+        "Old quay, closed on Sundays \n"
+        "    </server>\n"
+        "  </servers>\n"
+        "  <notes >\n"
+        "Weights &amp; measures\n"
+        "  </notes>\n"
+        "</config>\n";
+    Outcome first = parse(config);
+    ASSERT_EQ(first.code, 0) << first.report;
+    EXPECT_EQ(first.printed, expected);
+    // Read back, each text gains the blank of the newline printed after it;
+    // from then on printing and parsing are a fixed point.
+    std::string reread = expected;
+    for (const char* text : {"Main quay\n", "Weights &amp; measures\n"}) {
+        std::string t(text);
+        reread.replace(reread.find(t), t.size(), t.substr(0, t.size() - 1) + " \n");
+    }
+    Outcome second = parse(first.printed);
+    ASSERT_EQ(second.code, 0) << second.report;
+    EXPECT_EQ(second.printed, reread);
+    Outcome third = parse(second.printed);
+    EXPECT_EQ(third.printed, reread);
+
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    std::string report;
+    ASSERT_EQ(parseInto(document, config, &report), 0);
+    TalvoXMLTerm* servers = document->findRoot("config")->findChild("servers");
+    EXPECT_EQ(servers->getNumberOfNodeChildrenOfTag("server"), 2);
+    EXPECT_DOUBLE_EQ(servers->getNthNodeChild(1)->getAttributeValueAsDouble("rate"), 1.25);
+    EXPECT_TRUE(servers->getNthNodeChild(2)->findAttribute("enabled")->isBool());
+    EXPECT_EQ(document->findRoot("config")->findChild("clock")->getAttributeValueAsInt("stop"), 86400);
+    delete document;
+}
+
+// --- Reports of the caller's own problems.
+
+TEST(TalvoXMLParser, RaiseErrorAndWarningUseTheTermLine) {
+    FILE* errors = std::fopen("errors.txt", "wb");
+    TalvoXMLParser* parser = new TalvoXMLParser();
+    parser->setErrorFile(errors);
+    TalvoXMLTerm* term = new TalvoXMLTerm(TalvoXMLTerm::node, "server");
+    term->setLineNumber(7);
+    parser->raiseError(1011, term);
+    parser->raiseError("Unknown rate: ", term);
+    parser->setInputFileName("cfg.xml");
+    parser->raiseError(1003, "rate", term);
+    parser->raiseError("Unknown rate: ", "fast", term);
+    parser->raiseWarning(1001, term);
+    parser->raiseWarning("Deprecated", nullptr);
+    parser->raiseWarning(1012, "x", nullptr);
+    parser->raiseWarning("Unused: ", "speed", term);
+    EXPECT_FALSE(parser->getParseError());
+    delete term;
+    delete parser;
+    std::fclose(errors);
+    EXPECT_EQ(readFile("errors.txt"),
+              "ERROR [line 7]:\nOpen and close tags do not correspond\n\n"
+              "ERROR [line 7]:\nUnknown rate: \n"
+              "ERROR [cfg.xml, line 7]:\nA '\"' was expected\nrate\n"
+              "ERROR [cfg.xml, line 7]:\nUnknown rate: fast\n"
+              "WARNING [cfg.xml, line 7]:\nUnexpected end of file\n\n"
+              "WARNING [cfg.xml, line 0]:\nDeprecated\n"
+              "WARNING [cfg.xml, line 0]:\nIll formed tag name\nx\n"
+              "WARNING [cfg.xml, line 7]:\nUnused: speed\n");
+}
+
+namespace {
+
+// Translates the texts the parser writes.
+class FrenchMessenger : public TalvoXMLParserMessenger {
+public:
+    const char* getMessageType(int type) override {
+        return type == 0 ? "ligne" : type == 1 ? "ERREUR DE SYNTAXE" : TalvoXMLParserMessenger::getMessageType(type);
+    }
+    const char* getMessageText(int code) override {
+        return code == 1011 ? "Balises ouvrante et fermante differentes\n" : nullptr;
+    }
+};
+
+}  // namespace
+
+TEST(TalvoXMLParser, DerivedMessengerTranslatesReports) {
+    writeFile("in.xml", "<?xml?>\n<a></b>\n<");
+    FILE* in = std::fopen("in.xml", "rb");
+    FILE* errors = std::fopen("errors.txt", "wb");
+    TalvoXMLParser* parser = new TalvoXMLParser();
+    parser->setErrorFile(errors);
+    parser->setMessenger(new FrenchMessenger());
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    EXPECT_EQ(parser->parseFile(document, in), 1);
+    std::rewind(in);
+    writeFile("in.xml", "<?xml?>\n<");
+    std::fclose(in);
+    in = std::fopen("in.xml", "rb");
+    EXPECT_EQ(parser->parseFile(document, in), 1);  // no text for 1012: the header alone
+    std::fclose(in);
+    delete document;
+    delete parser;
+    std::fclose(errors);
+    EXPECT_EQ(readFile("errors.txt"),
+              "ERREUR DE SYNTAXE [ligne 2]:\nBalises ouvrante et fermante differentes\n\n"
+              "ERREUR DE SYNTAXE [ligne 2]:\n");
+}
+
+TEST(TalvoXMLParser, OwnsItsPrinterAndMessenger) {
+    TalvoXMLParser* parser = new TalvoXMLParser();
+    EXPECT_EQ(parser->getErrorStream(), nullptr);
+    TalvoXMLPrinter* printer = parser->getPrinter();
+    EXPECT_NE(printer, nullptr);
+    EXPECT_EQ(parser->getPrinter(), printer);
+    parser->setPrinter(new TalvoXMLPrinter());
+    EXPECT_NE(parser->getMessenger(), nullptr);
+    parser->setMessenger(nullptr);
+    EXPECT_NE(parser->getMessenger(), nullptr);
+    parser->setErrorFile(stdout);
+    EXPECT_NE(parser->getErrorStream(), nullptr);
+    parser->setErrorFile(nullptr);
+    EXPECT_EQ(parser->getErrorStream(), nullptr);
+    delete parser;
+}

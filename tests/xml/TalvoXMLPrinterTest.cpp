@@ -1,0 +1,255 @@
+#include "support/TalvoTest.h"
+
+#include <talvo/text/TalvoFileStream.h>
+#include <talvo/values/TalvoConstant.h>
+#include <talvo/xml/TalvoXMLAttribute.h>
+#include <talvo/xml/TalvoXMLDocument.h>
+#include <talvo/xml/TalvoXMLPrinter.h>
+#include <talvo/xml/TalvoXMLTerm.h>
+
+#include <cstdio>
+#include <string>
+
+namespace {
+
+// Runs `write` with a printer and a writing stream, and returns what it wrote.
+template <class Write>
+std::string printed(Write write, TalvoXMLPrinter* printer = nullptr) {
+    FILE* file = std::fopen("out.txt", "wb");
+    TalvoFileStream* stream = new TalvoFileStream(false, file);
+    TalvoXMLPrinter* own = printer ? nullptr : new TalvoXMLPrinter();
+    write(printer ? printer : own, stream);
+    stream->close();
+    delete stream;
+    delete own;
+    return talvo_test::readFile("out.txt");
+}
+
+typedef TalvoXMLPrinter P;
+typedef TalvoStream S;
+
+}  // namespace
+
+TEST(TalvoXMLPrinter, TagOperationsWriteTheirPiecesAndMoveTheDepth) {
+    TalvoXMLPrinter* printer = new TalvoXMLPrinter();
+    EXPECT_EQ(printed([](P* p, S* s) { p->printTag("a", s); }, printer), "<a />\n");
+    EXPECT_EQ(printed([](P* p, S* s) { p->printOpenTag("a", s); }, printer), "<a >\n");
+    EXPECT_EQ(printer->getDepth(), 1);
+    EXPECT_EQ(printed([](P* p, S* s) { p->printTag("b", s); }, printer), "  <b />\n");
+    EXPECT_EQ(printed([](P* p, S* s) {
+                  p->printOpenTagOpening("c", s);
+                  p->printOpenTagEnding(s);
+              }, printer),
+              "  <c />\n");
+    EXPECT_EQ(printer->getDepth(), 1);
+    EXPECT_EQ(printed([](P* p, S* s) {
+                  p->printOpenTagOpening("d", s);
+                  p->printOpenTagClosing(s);
+              }, printer),
+              "  <d >\n");
+    EXPECT_EQ(printer->getDepth(), 2);
+    EXPECT_EQ(printed([](P* p, S* s) { p->printCloseTag("d", s); }, printer), "  </d>\n");
+    EXPECT_EQ(printed([](P* p, S* s) { p->printCloseTag("a", s); }, printer), "</a>\n");
+    EXPECT_EQ(printer->getDepth(), 0);
+    delete printer;
+}
+
+TEST(TalvoXMLPrinter, IndentationUnitAndNegativeDepth) {
+    TalvoXMLPrinter* printer = new TalvoXMLPrinter();
+    printer->setIndentation("\\t");  // written through put(char*): the escape becomes a tab
+    printer->incrementDepth();
+    printer->incrementDepth();
+    EXPECT_EQ(printed([](P* p, S* s) { p->printTag("a", s); }, printer), "\t\t<a />\n");
+    printer->setIndentation(3);
+    EXPECT_EQ(printed([](P* p, S* s) { p->printIndentation(s); }, printer), "      ");
+    printer->setIndentation(0);
+    EXPECT_EQ(printed([](P* p, S* s) { p->printTag("a", s); }, printer), "<a />\n");
+    printer->setIndentation(1);
+    for (int i = 0; i < 3; ++i)
+        printer->decrementDepth();
+    EXPECT_EQ(printer->getDepth(), -1);
+    EXPECT_EQ(printed([](P* p, S* s) { p->printTag("a", s); }, printer), "<a />\n");
+    printer->setIndentation(nullptr);
+    delete printer;
+}
+
+TEST(TalvoXMLPrinter, CloseAfterOpenAtDepthZeroWritesNoIndent) {
+    EXPECT_EQ(printed([](P* p, S* s) {
+                  p->printOpenTag("a", s);
+                  p->printCloseTag("a", s);
+                  EXPECT_EQ(p->getDepth(), 0);
+              }),
+              "<a >\n</a>\n");
+}
+
+TEST(TalvoXMLPrinter, AttributesOfEveryType) {
+    struct Case {
+        std::string output;
+        std::string expected;
+    } cases[] = {
+        {printed([](P* p, S* s) { p->printAttribute("n", "v a", s); }), " n=\"v a\""},
+        {printed([](P* p, S* s) { p->printAttribute("n", 2.5, s); }), " n=\"2.5\""},
+        {printed([](P* p, S* s) { p->printAttribute("n", 1.0 / 3.0, s); }), " n=\"0.333333\""},
+        {printed([](P* p, S* s) { p->printAttribute("n", -7, s); }), " n=\"-7\""},
+        {printed([](P* p, S* s) { p->printAttribute("n", true, s); }), " n=\"true\""},
+        {printed([](P* p, S* s) { p->printAttribute("n", false, s); }), " n=\"false\""},
+        {printed([](P* p, S* s) {
+             TalvoXMLAttribute* attribute = new TalvoXMLAttribute("k", 12);
+             p->printAttribute(attribute, s);
+             delete attribute;
+         }),
+         " k=\"12\""},
+        {printed([](P* p, S* s) { p->printAttribute("n", "a\\\\b", s); }), " n=\"a\\b\""},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(c.output, c.expected);
+}
+
+TEST(TalvoXMLPrinter, DoubleAttributeFollowsTheStreamPrecision) {
+    EXPECT_EQ(printed([](P* p, S* s) {
+                  s->setSignificantDigitNumber(3);
+                  p->printAttribute("pi", 3.14159, s);
+              }),
+              " pi=\"3.14\"");
+}
+
+TEST(TalvoXMLPrinter, ConstantAttributesPrintByType) {
+    TalvoConstant* constants[] = {
+        new TalvoConstant(),
+        new TalvoConstant(true),
+        new TalvoConstant(42),
+        new TalvoConstant(0.1),
+        new TalvoConstant("text"),
+        new TalvoConstant(static_cast<void*>(new TalvoConstant(1)), TalvoConstant::free, 9),
+    };
+    const char* expected[] = {" c=\"nil\"", " c=\"true\"", " c=\"42\"", " c=\"0.1\"", " c=\"text\"", " c=\"nil\""};
+    for (int i = 0; i < 6; ++i) {
+        TalvoConstant* constant = constants[i];
+        EXPECT_EQ(printed([constant](P* p, S* s) { p->printAttribute("c", constant, s); }), expected[i]) << i;
+        delete constant;
+    }
+    EXPECT_EQ(printed([](P* p, S* s) { p->printAttribute("c", static_cast<TalvoConstant*>(nullptr), s); }),
+              " c=\"nil\"");
+}
+
+TEST(TalvoXMLPrinter, TextsCDataAndCommentsByTermAndByString) {
+    TalvoXMLTerm* text = new TalvoXMLTerm(TalvoXMLTerm::text, "hello");
+    TalvoXMLTerm* cdata = new TalvoXMLTerm(TalvoXMLTerm::CDATA, "raw <x>");
+    TalvoXMLTerm* comment = new TalvoXMLTerm(TalvoXMLTerm::comment, "-- note --");
+    TalvoXMLPrinter* printer = new TalvoXMLPrinter();
+    printer->incrementDepth();
+    EXPECT_EQ(printed([text](P* p, S* s) { p->printText(text, s); }, printer), "hello\n");
+    EXPECT_EQ(printed([cdata](P* p, S* s) { p->printCData(cdata, s); }, printer), "<![CDATA\nraw <x>]]>\n");
+    EXPECT_EQ(printed([comment](P* p, S* s) { p->printComment(comment, s); }, printer), "  <!-- note -->\n");
+    EXPECT_EQ(printed([](P* p, S* s) { p->printText("a\\tb", s); }, printer), "a\tb\n");
+    EXPECT_EQ(printed([](P* p, S* s) { p->printComment("DOCTYPE x", s); }, printer), "  <!DOCTYPE x>\n");
+    EXPECT_EQ(printed([text](P* p, S* s) { p->printTerm(text, s); }, printer), "hello\n");
+    delete printer;
+    delete text;
+    delete cdata;
+    delete comment;
+}
+
+TEST(TalvoXMLPrinter, DocumentHeaderResetsTheDepth) {
+    TalvoXMLPrinter* printer = new TalvoXMLPrinter();
+    printer->incrementDepth();
+    EXPECT_EQ(printed([](P* p, S* s) { p->printDocumentHeader(nullptr, s); }, printer), "<?xml version=\"1.0\"?>\n");
+    EXPECT_EQ(printer->getDepth(), 0);
+    EXPECT_EQ(printed([](P* p, S* s) { p->printDocumentHeader("note", s); }, printer),
+              "<?xml version=\"1.0\"?>\n<!DOCTYPE note>\n");
+    delete printer;
+}
+
+TEST(TalvoXMLPrinter, NodeWithAttributeAndTextPrintsFourLines) {
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    TalvoXMLTerm* a = new TalvoXMLTerm(TalvoXMLTerm::node, "a");
+    a->addAttribute("x", "1");
+    a->addChild(new TalvoXMLTerm(TalvoXMLTerm::text, "hello"));
+    document->addRoot(a);
+    EXPECT_EQ(printed([document](P* p, S* s) { p->printDocument(document, s); }),
+              "<?xml version=\"1.0\"?>\n<a x=\"1\" >\nhello\n</a>\n");
+    delete document;
+}
+
+TEST(TalvoXMLPrinter, NestedNodesIndentButTextsDoNot) {
+    TalvoXMLTerm* a = new TalvoXMLTerm(TalvoXMLTerm::node, "a");
+    TalvoXMLTerm* b = new TalvoXMLTerm(TalvoXMLTerm::node, "b");
+    TalvoXMLTerm* c = new TalvoXMLTerm(TalvoXMLTerm::node, "c");
+    c->addAttribute("k", "v");
+    b->addChild(c);
+    b->addChild(new TalvoXMLTerm(TalvoXMLTerm::text, "deep"));
+    b->addChild(new TalvoXMLTerm(TalvoXMLTerm::comment, "-- c --"));
+    b->addChild(new TalvoXMLTerm(TalvoXMLTerm::CDATA, "[d"));
+    a->addChild(b);
+    a->addChild(new TalvoXMLTerm(TalvoXMLTerm::node, "e"));
+    EXPECT_EQ(printed([a](P* p, S* s) { p->printNode(a, s); }),
+              "<a >\n"
+              "  <b >\n"
+              "    <c k=\"v\" />\n"
+              "deep\n"
+              "    <!-- c -->\n"
+              "<![CDATA\n[d]]>\n"
+              "  </b>\n"
+              "  <e />\n"
+              "</a>\n");
+    delete a;
+}
+
+namespace {
+
+// A derived layout: every slot the tree walk uses is called through the table.
+class BracketPrinter : public TalvoXMLPrinter {
+public:
+    void printOpenTagOpening(const char* tag, TalvoStream* s) override {
+        s->put("[");
+        s->put(tag);
+    }
+    void printOpenTagClosing(TalvoStream* s) override {
+        s->put("]");
+        incrementDepth();
+    }
+    void printOpenTagEnding(TalvoStream* s) override { s->put("/]"); }
+    void printCloseTag(const char* tag, TalvoStream* s) override {
+        decrementDepth();
+        s->put("[/");
+        s->put(tag);
+        s->put("]");
+    }
+    void printAttribute(TalvoXMLAttribute* a, TalvoStream* s) override {
+        s->put(" ");
+        s->put(a->getName());
+    }
+    void printText(TalvoXMLTerm* t, TalvoStream* s) override {
+        s->put("'");
+        s->put(t->getText());
+        s->put("'");
+    }
+};
+
+}  // namespace
+
+TEST(TalvoXMLPrinter, TreeWalkCallsTheVirtualSlots) {
+    TalvoXMLTerm* a = new TalvoXMLTerm(TalvoXMLTerm::node, "a");
+    TalvoXMLTerm* b = new TalvoXMLTerm(TalvoXMLTerm::node, "b");
+    b->addAttribute("x", "1");
+    b->addChild(new TalvoXMLTerm(TalvoXMLTerm::text, "t"));
+    a->addChild(b);
+    a->addChild(new TalvoXMLTerm(TalvoXMLTerm::node, "c"));
+    BracketPrinter* printer = new BracketPrinter();
+    EXPECT_EQ(printed([a](P* p, S* s) { p->printTerm(a, s); }, printer), "[a][b x]'t'[/b][c/][/a]");
+    delete printer;
+    delete a;
+}
+
+TEST(TalvoXMLPrinter, NullArgumentsPrintNothing) {
+    EXPECT_EQ(printed([](P* p, S* s) {
+                  p->printNode(nullptr, s);
+                  p->printTerm(nullptr, s);
+                  p->printDocument(nullptr, s);
+                  p->printText(static_cast<TalvoXMLTerm*>(nullptr), s);
+                  p->printAttribute(static_cast<TalvoXMLAttribute*>(nullptr), s);
+                  p->printTag("a", nullptr);
+                  p->printDocument(nullptr, nullptr);
+              }),
+              "");
+}
