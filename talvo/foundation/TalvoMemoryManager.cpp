@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <mutex>
 #include <string>
 
 namespace {
@@ -118,6 +119,89 @@ void traceLine(const std::string& line) {
     traceInterpreted(TalvoMemoryManager::_TraceFileName, line.c_str(), nullptr);
 }
 
+// ---------------------------------------------------------------- per-thread shares
+
+// 32-bit two's-complement sum, computed without overflow.
+std::int32_t wrappedSum(std::int32_t a, std::int32_t b) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+}
+
+// One thread's part of the balance. Only its own thread changes `value`, by a
+// plain load and store; other threads read it (and start() zeroes it) while
+// holding gSharesLock, which also guards the list links.
+struct ThreadShare {
+    std::atomic<std::int32_t> value{0};
+    ThreadShare* next = nullptr;
+    ThreadShare* previous = nullptr;
+    enum State : unsigned char { Unlisted, Listed, Ended } state = Unlisted;
+};
+
+std::mutex gSharesLock;
+ThreadShare* gShares = nullptr;
+
+// Constant-initialised and trivially destructible, so reaching it costs no
+// guard; initial-exec keeps the access a plain thread-pointer offset.
+#if defined(__GNUC__)
+__attribute__((tls_model("initial-exec")))
+#endif
+thread_local ThreadShare tShare;
+
+// Folds the ending thread's share into the common part and unlists it.
+struct ShareRetirer {
+    ShareRetirer() = default;
+    ShareRetirer(const ShareRetirer&) = delete;
+    ShareRetirer& operator=(const ShareRetirer&) = delete;
+    ~ShareRetirer() {
+        std::lock_guard<std::mutex> hold(gSharesLock);
+        TalvoMemoryManager::_AllocationBalance.fetch_add(tShare.value.load(std::memory_order_relaxed),
+                                                        std::memory_order_relaxed);
+        tShare.value.store(0, std::memory_order_relaxed);
+        if (tShare.previous)
+            tShare.previous->next = tShare.next;
+        else
+            gShares = tShare.next;
+        if (tShare.next)
+            tShare.next->previous = tShare.previous;
+        tShare.state = ThreadShare::Ended;
+    }
+};
+
+ThreadShare* listShare() {
+    std::lock_guard<std::mutex> hold(gSharesLock);
+    tShare.next = gShares;
+    if (gShares)
+        gShares->previous = &tShare;
+    gShares = &tShare;
+    tShare.state = ThreadShare::Listed;
+    static thread_local ShareRetirer retirer;  // its destructor runs at thread exit
+    return &tShare;
+}
+
+// The calling thread's share, listed on first use; null once the thread is
+// ending (its counts then go to the common part).
+inline ThreadShare* myShare() {
+    if (tShare.state == ThreadShare::Listed)
+        return &tShare;
+    return tShare.state == ThreadShare::Ended ? nullptr : listShare();
+}
+
+// The common part plus every listed share; gSharesLock must be held.
+std::int32_t sumOfShares() {
+    std::int32_t sum = TalvoMemoryManager::_AllocationBalance.load(std::memory_order_relaxed);
+    for (ThreadShare* share = gShares; share; share = share->next)
+        sum = wrappedSum(sum, share->value.load(std::memory_order_relaxed));
+    return sum;
+}
+
+// Adds `delta` to the share when given, else to the common part.
+void addToShare(ThreadShare* share, std::int32_t delta) {
+    if (share)
+        share->value.store(wrappedSum(share->value.load(std::memory_order_relaxed), delta),
+                           std::memory_order_relaxed);
+    else
+        TalvoMemoryManager::_AllocationBalance.fetch_add(delta, std::memory_order_relaxed);
+}
+
 }  // namespace
 
 std::atomic<std::int32_t> TalvoMemoryManager::_AllocationBalance{0};
@@ -126,7 +210,12 @@ bool TalvoMemoryManager::_TraceNullPointerDeletions = true;
 char* TalvoMemoryManager::_TraceFileName = kDefaultTraceFileName;
 
 void TalvoMemoryManager::start() {
-    _AllocationBalance.store(0, std::memory_order_relaxed);
+    {
+        std::lock_guard<std::mutex> hold(gSharesLock);
+        _AllocationBalance.store(0, std::memory_order_relaxed);
+        for (ThreadShare* share = gShares; share; share = share->next)
+            share->value.store(0, std::memory_order_relaxed);
+    }
     _TraceAllocations = false;
 }
 
@@ -166,18 +255,34 @@ void TalvoMemoryManager::setTraceAllocationsFlag(bool flag) {
 }
 
 long TalvoMemoryManager::getAllocationBalance() {
-    return _AllocationBalance.load(std::memory_order_relaxed);
+    std::lock_guard<std::mutex> hold(gSharesLock);
+    return sumOfShares();
 }
 
 void TalvoMemoryManager::traceNew(const void* pointer, const char* className) {
     if (_TraceAllocations)
         traceLine(formatted("%ld :: new %s [%ld]\n", pointerValue(pointer), className,
                             getAllocationBalance()));
-    _AllocationBalance.fetch_add(1, std::memory_order_relaxed);
+    addToShare(myShare(), 1);
 }
 
+// While the thread's share is positive and the common part not negative, the
+// balance stays >= 0 after the release (no share is ever negative), so the
+// release needs neither the lock nor the sum.
 void TalvoMemoryManager::traceDelete(const void* pointer, const char* className) {
-    long balance = _AllocationBalance.fetch_sub(1, std::memory_order_relaxed) - 1;
+    ThreadShare* share = myShare();
+    if (share && !_TraceAllocations && share->value.load(std::memory_order_relaxed) > 0 &&
+        _AllocationBalance.load(std::memory_order_relaxed) >= 0) {
+        addToShare(share, -1);
+        return;
+    }
+    long balance;
+    {
+        std::lock_guard<std::mutex> hold(gSharesLock);
+        bool covered = share && share->value.load(std::memory_order_relaxed) > 0;
+        addToShare(covered ? share : nullptr, -1);
+        balance = sumOfShares();
+    }
     if (_TraceAllocations)
         traceLine(formatted("%ld :: delete %s [%ld]\n", pointerValue(pointer), className, balance));
     if (balance < 0) {

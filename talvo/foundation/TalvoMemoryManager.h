@@ -2,8 +2,12 @@
 //
 // Every object of the library is allocated zero-filled by `newCell` and
 // reported with its class name to `traceNew` / `traceDelete`; the balance
-// (allocations minus releases) is one atomic counter, so distinct objects may
-// be created and destroyed from distinct threads. Optionally each allocation
+// (allocations minus releases) may be changed from distinct threads. Each
+// thread counts into a share of its own (no locked instruction on the hot
+// path); reading the balance sums the shares. A thread's share never goes
+// below zero: a release it cannot cover, and every count made after the
+// thread's exit, goes to the common part `_AllocationBalance`, which also
+// receives the share of a thread that ends. Optionally each allocation
 // and release is written as a line to the trace file. Fatal and suspicious
 // conditions are appended to the dump file "talvo.dmp" in the current
 // directory, each entry opened by a dated banner.
@@ -21,7 +25,8 @@
 
 class TALVO_API TalvoMemoryManager {
 public:
-    // Traced allocations minus traced releases (signed 32-bit).
+    // The common part of the balance (signed 32-bit, wrapping): counts of
+    // ended threads and releases not covered by the releasing thread's share.
     static std::atomic<std::int32_t> _AllocationBalance;
     // When true, every traced allocation and release writes a trace line.
     static bool _TraceAllocations;
@@ -48,14 +53,16 @@ public:
     static void setTraceNullPointerDeletionsFlag(bool flag);
     static void setTraceAllocationsFlag(bool flag);
 
-    // The current allocation balance.
+    // The current allocation balance: traced allocations minus traced
+    // releases of every thread (signed 32-bit, wrapping). O(threads).
     static long getAllocationBalance();
 
     // Counts one allocation of `className` (also for a null pointer), writing
     // a trace line first when tracing.
     static void traceNew(const void* pointer, const char* className);
     // Counts one release. A negative balance is written to the dump file and
-    // ends the process with exit status 1.
+    // ends the process with exit status 1 (detected exactly unless releases
+    // from several threads race with the one that goes below zero).
     static void traceDelete(const void* pointer, const char* className);
     // Writes "point :: <label>" to the trace file when tracing.
     static void traceAllocationDebugPoint(const char* label);
