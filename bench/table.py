@@ -5,7 +5,9 @@ Benchmark names hold the implementation as one '/'-separated component
 (talvo, std, glib, ...); the name without it is the workload. Each row gives
 a workload, talvo's figure, a peer, the peer's figure and talvo/peer (below 1
 means talvo is faster). The figure is the time per item when the benchmark
-reports a "per_item" or "per_op" counter, else the time per iteration.
+reports a "per_item" or "per_op" counter, else the time per iteration. Times
+are CPU times (the benchmarks are single-threaded), which stay meaningful
+when other work shares the machine.
 Counters that must agree between implementations of one workload ("lines",
 "matched_bytes") are checked and a disagreement is flagged.
 """
@@ -30,7 +32,7 @@ def figure(bench):
     for counter in ("per_item", "per_op"):
         if counter in bench:
             return bench[counter] * 1e9, "ns/item"
-    return bench["real_time"] * TO_NS[bench.get("time_unit", "ns")], "ns/iter"
+    return bench["cpu_time"] * TO_NS[bench.get("time_unit", "ns")], "ns/iter"
 
 
 def human(ns):
@@ -73,7 +75,7 @@ def main():
             print("%-*s  %12s  %-14s %12s  %9s%s" % (
                 width, workload, human(talvo_ns) if talvo_ns else "-", peer or "-",
                 human(peer_ns) if peer_ns else "-", ratio, flag))
-    print("(figures: %s per item where the benchmark counts items, else per iteration)" % "time")
+    print("(figures: CPU time per item where the benchmark counts items, else per iteration)")
 
 
 if __name__ == "__main__":
