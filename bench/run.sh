@@ -3,7 +3,9 @@
 # and prints the comparison table. Usage: bench/run.sh [benchmark filter regex]
 # Environment: TALVO_BENCH_BUILD (build directory, default build/bench),
 # TALVO_BENCH_DATA (inputs, default /tmp/talvo-bench-data),
-# TALVO_BENCH_MIN_TIME (seconds per benchmark, default 0.1).
+# TALVO_BENCH_MIN_TIME (seconds per benchmark, default 0.1). Each benchmark
+# first runs a short untimed warm-up, so that the first one of a program does
+# not pay alone for growing the heap.
 set -e
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${TALVO_BENCH_BUILD:-$root/build/bench}
@@ -27,7 +29,7 @@ mkdir -p "$results"
 for program in "$build"/bench/*_bench; do
     name=$(basename "$program")
     echo "running $name" >&2
-    "$program" --benchmark_filter="$filter" --benchmark_min_time="$min_time" \
+    "$program" --benchmark_filter="$filter" --benchmark_min_time="$min_time" --benchmark_min_warmup_time=0.05 \
         --benchmark_out="$results/$name.json" --benchmark_out_format=json >/dev/null
 done
 python3 "$root/bench/table.py" "$results"/*.json
