@@ -3,7 +3,6 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <ctime>
 #include <mutex>
 #include <string>
@@ -232,21 +231,11 @@ void TalvoMemoryManager::stop() {
     }
 }
 
-// malloc and memset rather than calloc: glibc serves malloc from its
-// per-thread cache, while calloc always takes the arena path, which made
-// allocation the main cost of every small object.
 void* TalvoMemoryManager::newCell(std::size_t size) noexcept {
-    std::size_t bytes = size ? size : 1;
-    void* cell = std::malloc(bytes);
-    if (!cell) {
+    void* cell = std::calloc(1, size ? size : 1);
+    if (!cell)
         dump("Memory overflow.\n");
-        return nullptr;
-    }
-#if defined(__GNUC__)
-    // Keeps the compiler from folding malloc + memset back into calloc.
-    __asm__ volatile("" : "+r"(cell));
-#endif
-    return std::memset(cell, 0, bytes);
+    return cell;
 }
 
 void TalvoMemoryManager::deleteCell(void* pointer) noexcept {
