@@ -4,6 +4,7 @@
 #include <talvo/foundation/TalvoRawString.h>
 #include <talvo/regex/TalvoRegexEngine.h>
 #include <talvo/regex/TalvoRegexManager.h>
+#include <talvo/text/TalvoStream.h>
 
 #include <cstdint>
 #include <cstring>
@@ -180,24 +181,36 @@ int TalvoRegex::match(const char* text, int position, TalvoList* stack) {
 
 void TalvoRegex::print(FILE* file) const {
     if (file == nullptr) return;
-    // Items are nodes to print or fixed texts to write; explicit stack again.
+    std::string text = _printedText();
+    std::fwrite(text.data(), 1, text.size(), file);
+}
+
+void TalvoRegex::print(TalvoStream* stream) const {
+    if (stream == nullptr) return;
+    for (char c : _printedText()) stream->put(c);
+}
+
+// The pattern text of the subtree, built with an explicit stack: items are
+// nodes still to print or fixed texts to write.
+std::string TalvoRegex::_printedText() const {
     struct Item { const TalvoRegex* node; const char* text; };
+    std::string out;
     std::vector<Item> work{{this, nullptr}};
     while (!work.empty()) {
         Item item = work.back();
         work.pop_back();
         if (item.text != nullptr) {
-            std::fputs(item.text, file);
+            out += item.text;
             continue;
         }
         const TalvoRegex* node = item.node;
         if (node == nullptr) continue;
         const char* s = node->characterClass;
         switch (node->type) {
-        case TYPE_DOT: std::fputs(".", file); break;
-        case TYPE_CHAR: if (s != nullptr) std::fprintf(file, "%c", s[0]); break;
-        case TYPE_ESCAPEDCHAR: if (s != nullptr) std::fprintf(file, "\\%c", s[0]); break;
-        case TYPE_CHARCLASS: if (s != nullptr) std::fprintf(file, "%s", s); break;
+        case TYPE_DOT: out += '.'; break;
+        case TYPE_CHAR: if (s != nullptr) out += s[0]; break;
+        case TYPE_ESCAPEDCHAR: if (s != nullptr) { out += '\\'; out += s[0]; } break;
+        case TYPE_CHARCLASS: if (s != nullptr) out += s; break;
         case TYPE_ALTERNATION:
             work.push_back({node->rightArgument, nullptr});
             work.push_back({nullptr, "|"});
@@ -210,15 +223,16 @@ void TalvoRegex::print(FILE* file) const {
         case TYPE_STAR: work.push_back({nullptr, "*"}); work.push_back({node->leftArgument, nullptr}); break;
         case TYPE_PLUS: work.push_back({nullptr, "+"}); work.push_back({node->leftArgument, nullptr}); break;
         case TYPE_QMARK: work.push_back({nullptr, "?"}); work.push_back({node->leftArgument, nullptr}); break;
-        case TYPE_DOLLAR: std::fputs("$", file); break;
-        case TYPE_CARET: std::fputs("^", file); break;
+        case TYPE_DOLLAR: out += '$'; break;
+        case TYPE_CARET: out += '^'; break;
         case TYPE_GROUP:
+            out += '(';
             work.push_back({nullptr, ")"});
             work.push_back({node->leftArgument, nullptr});
-            std::fputs("(", file);
             break;
-        case TYPE_BACKREFERENCE: std::fprintf(file, "\\%d", node->backReferenceNumber); break;
+        case TYPE_BACKREFERENCE: out += "\\" + std::to_string(node->backReferenceNumber); break;
         default: break;
         }
     }
+    return out;
 }

@@ -22,9 +22,11 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <string>
 
 class TalvoList;
 class TalvoRegexManager;
+class TalvoStream;
 
 class TALVO_API TalvoRegex : public TalvoObject<TalvoRegex> {
 public:
@@ -96,9 +98,12 @@ public:
     // Writes the subtree back in pattern syntax (no parentheses are added
     // for precedence). Nothing for a null file.
     void print(FILE* file) const;
+    // The same text, byte by byte through put(char). Nothing for null.
+    void print(TalvoStream* stream) const;
 
 private:
     void _treeChanged();
+    std::string _printedText() const;
 
     TalvoRegexManager* manager;
     Type type;

@@ -10,12 +10,13 @@
 
 namespace {
 
-const int kStarMaximum = 2147483647;
 const int kNoFrame = -1;
 const int kNoBarrier = -1;
 // Long enough for any literal search to pay off; keeps the analysis linear.
 const std::size_t kMaximumPrefix = 64;
 constexpr int kByteCount = 256;
+// States kept to spot cycles of captures among tries that consume nothing.
+const int kHistoryLimit = 64;
 // Group numbers above this (only a hand-built tree has them) get no saved
 // state for the empty-iteration test; their slots still record.
 const int kMaximumSlots = 1 << 16;
@@ -59,6 +60,7 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
     tables.clear();
     nodes.clear();
     root = -1;
+    leading = -1;
     slotCount = 1;
     valid = top != nullptr;
     if (!valid) return;
@@ -83,7 +85,7 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
                 seen[node] = index;
                 colour.push_back(GREY);
                 nodes.push_back(node);
-                TalvoRegexInstruction in{node->getType(), -1, -1, node->getBackReferenceNumber(), 0, -1, -1};
+                TalvoRegexInstruction in{node->getType(), -1, -1, node->getBackReferenceNumber(), 0, -1, false, -1};
                 const char* text = node->getCharacterClass();
                 if (text != nullptr) in.byte = static_cast<unsigned char>(text[0]);
                 if (in.type == TalvoRegex::TYPE_CHARCLASS) {
@@ -111,6 +113,7 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
                              in.type == TalvoRegex::TYPE_GROUP;
                 if ((binary || unary) && node->getLeftArgument() != nullptr) in.left = seen[node->getLeftArgument()];
                 if (binary && node->getRightArgument() != nullptr) in.right = seen[node->getRightArgument()];
+                in.byteGroup = in.type == TalvoRegex::TYPE_GROUP && in.left >= 0 && isSingleByte(code[in.left].type);
             }
         }
     }
@@ -210,6 +213,12 @@ void TalvoRegexProgram::_computeFilters() {
             tables.push_back(guard);
         }
     }
+    int first = root;
+    while (code[first].type == TalvoRegex::TYPE_CONCATENATION && code[first].left >= 0) first = code[first].left;
+    const TalvoRegexInstruction& lead = code[first];
+    if ((lead.type == TalvoRegex::TYPE_STAR || lead.type == TalvoRegex::TYPE_PLUS) && lead.left >= 0 &&
+        isSingleByte(code[lead.left].type))
+        leading = first;
     const StartInfo& top = info[root];
     anchored = top.anchored;
     prefix = top.prefix;
@@ -257,7 +266,14 @@ void TalvoRegexMatcher::begin(const TalvoRegexProgram& program, TalvoRegexManage
 int TalvoRegexMatcher::attempt(int position) {
     if (!program_->valid) return -1;
     _reset();
+    attemptVersion_ = version_;
+    leadingRunEnd_ = -1;
     return _run(program_->root, position, kNoFrame);
+}
+
+int TalvoRegexMatcher::nextAfterFailure(int start) const {
+    if (leadingRunEnd_ < start || version_ != attemptVersion_) return start + 1;
+    return leadingRunEnd_ + 1;
 }
 
 void TalvoRegexMatcher::flush() {
@@ -284,6 +300,15 @@ void TalvoRegexMatcher::_reset() {
     choices_.clear();
     positions_.clear();
     snapshots_.clear();
+}
+
+// Whether a one-byte node (dot, character, class) takes byte `c`.
+inline bool TalvoRegexMatcher::_matchesByte(const TalvoRegexInstruction& in, char c) const {
+    unsigned char b = static_cast<unsigned char>(c);
+    if (b == 0) return false;
+    if (in.type == TalvoRegex::TYPE_DOT) return true;
+    if (in.type == TalvoRegex::TYPE_CHARCLASS) return program_->tables[in.table][b];
+    return b == in.byte;
 }
 
 // The guard table of the node the continuation runs next, if it has one.
@@ -330,7 +355,7 @@ bool TalvoRegexMatcher::_readBackReference(int number, const char** bytes, int* 
 // Saves the capture state (one view per slot) and returns where it begins.
 int TalvoRegexMatcher::_takeSnapshot() {
     int mark = static_cast<int>(snapshots_.size());
-    if (program_->slotCount > 1) snapshots_.insert(snapshots_.end(), captures_.begin(), captures_.begin() + program_->slotCount);
+    snapshots_.insert(snapshots_.end(), captures_.begin(), captures_.begin() + program_->slotCount);
     return mark;
 }
 
@@ -338,17 +363,94 @@ int TalvoRegexMatcher::_takeSnapshot() {
 // compared by place, so equal text at another place counts as a change;
 // that only costs another try.
 bool TalvoRegexMatcher::_unchangedSince(const Choice& choice) const {
-    if (version_ == choice.version) return true;
+    return version_ == choice.version || _sameState(choice.snapshot);
+}
+
+bool TalvoRegexMatcher::_sameState(int mark) const {
     for (int i = 0; i < program_->slotCount; i++) {
         const Capture& now = captures_[i];
-        const Capture& then = snapshots_[choice.snapshot + i];
+        const Capture& then = snapshots_[mark + i];
         if (now.start != then.start || (now.start >= 0 && now.length != then.length)) return false;
     }
     return true;
 }
 
+void TalvoRegexMatcher::_restoreState(int mark) {
+    for (int i = 0; i < program_->slotCount; i++) captures_[i] = snapshots_[mark + i];
+    version_++;
+}
+
+// Index in a history of `count` states of the one equal to the current
+// state, or -1.
+int TalvoRegexMatcher::_findState(int mark, int count) const {
+    for (int i = 0; i < count; i++)
+        if (_sameState(mark + i * program_->slotCount)) return i;
+    return -1;
+}
+
+// Tries of the continuation at `start`: this one and `more` after it. The
+// choice keeps the capture state each try began with, to spot repeats.
+void TalvoRegexMatcher::_pushRepeat(int start, int continuation, int barrier, std::int64_t more) {
+    int mark = _takeSnapshot();
+    choices_.push_back(Choice{CHOICE_REPEAT, -1, start, continuation, static_cast<int>(frames_.size()),
+                              0, 0, 1, barrier, false, more, version_, mark});
+}
+
+// Called when a try of a repeat has failed. True when no try is left or
+// the remaining ones are known to fail: the captures went back to a state a
+// try already began with, so the tries cycle; the captures are then set to
+// where the cycle stands after the remaining tries. Otherwise records the
+// new starting state.
+bool TalvoRegexMatcher::_repeatIsSettled(Choice& c) {
+    if (c.count < 1 || version_ == c.version) return true;
+    int slots = program_->slotCount;
+    int history = c.maximum;
+    int seen = _findState(c.snapshot, history);
+    if (seen >= 0) {
+        std::int64_t period = history - seen;
+        _restoreState(c.snapshot + static_cast<int>(seen + c.count % period) * slots);
+        return true;
+    }
+    if (history < kHistoryLimit) {
+        snapshots_.insert(snapshots_.end(), captures_.begin(), captures_.begin() + slots);
+        c.maximum++;
+    }
+    return false;
+}
+
+// An iteration at `start` consumed nothing but changed the captures (the
+// barrier's snapshot holds the state it began with). The fallback choice on
+// top keeps the starting states of the empty iterations in a row; when the
+// new state is one of them, the iterations cycle until the count runs out.
+// Then the captures are set to where the cycle ends, the pending tries at
+// `start` become one repeat, and true is returned.
+bool TalvoRegexMatcher::_closeEmptyCycle(int start, int continuation, int barrier, const Choice& b) {
+    int slots = program_->slotCount;
+    Choice& fallback = choices_.back();
+    snapshots_.resize(b.snapshot + slots);  // the iteration's starting state joins the history
+    int history = (static_cast<int>(snapshots_.size()) - fallback.snapshot) / slots;
+    int seen = _findState(fallback.snapshot, history);
+    if (seen < 0) {
+        if (history > kHistoryLimit) snapshots_.resize(b.snapshot);
+        return false;
+    }
+    std::int64_t period = history - seen;
+    std::int64_t further = b.maximum - 1;  // iterations the deeper levels would make
+    _restoreState(fallback.snapshot + static_cast<int>(seen + further % period) * slots);
+    std::int64_t pending = 0;  // fallbacks already queued at `start`
+    while (static_cast<int>(positions_.size()) > fallback.positionMark && positions_.back() == start) {
+        positions_.pop_back();
+        pending++;
+    }
+    snapshots_.resize(fallback.snapshot);
+    if (static_cast<int>(positions_.size()) == fallback.positionMark) choices_.pop_back();
+    _pushRepeat(start, continuation, barrier, pending + b.maximum);
+    return true;
+}
+
 void TalvoRegexMatcher::_storeCaptures() {
     for (int slot : recorded_) {
+        if (captures_[slot].start < 0) continue;  // a duplicate entry, already stored
         if (manager_ != nullptr)
             manager_->_storeBackReference(slot, text_ + captures_[slot].start, captures_[slot].length);
         captures_[slot].start = -1;
@@ -396,6 +498,17 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 break;
             case TalvoRegex::TYPE_CONCATENATION:
                 if (in.right < 0) { step = FAIL; break; }
+                if (in.left >= 0 && (isSingleByte(code[in.left].type) || code[in.left].byteGroup)) {
+                    // Pushing the right node only to pop it after one byte
+                    // (and the group's record) changes nothing: do it directly.
+                    const TalvoRegexInstruction& l = code[in.left];
+                    const TalvoRegexInstruction& byte = l.byteGroup ? code[l.left] : l;
+                    if (!_matchesByte(byte, s[position])) { step = FAIL; break; }
+                    if (l.byteGroup) _record(l.number, position, position + 1);
+                    position++;
+                    node = in.right;
+                    break;
+                }
                 k = _pushFrame(in.right, false, 0, k);
                 node = in.left;
                 break;
@@ -403,7 +516,7 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
             case TalvoRegex::TYPE_PLUS:
             case TalvoRegex::TYPE_QMARK:
                 minimum = in.type == TalvoRegex::TYPE_PLUS ? 1 : 0;
-                maximum = in.type == TalvoRegex::TYPE_QMARK ? 1 : kStarMaximum;
+                maximum = in.type == TalvoRegex::TYPE_QMARK ? 1 : program_->repetitionMaximum;
                 hasFallback = false;
                 step = ITERATE;
                 break;
@@ -414,14 +527,22 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 step = position == 0 ? CONTINUE : FAIL;
                 break;
             case TalvoRegex::TYPE_GROUP:
+                if (in.byteGroup) {
+                    if (!_matchesByte(code[in.left], s[position])) { step = FAIL; break; }
+                    _record(in.number, position, position + 1);
+                    position++;
+                    step = CONTINUE;
+                    break;
+                }
                 k = _pushFrame(node, true, position, k);
                 node = in.left;
                 break;
             case TalvoRegex::TYPE_BACKREFERENCE: {
                 const char* bytes = nullptr;
                 int length = 0;
-                if (!_readBackReference(in.number, &bytes, &length) ||
-                    std::strncmp(s + position, bytes, static_cast<std::size_t>(length)) != 0) {
+                bool same = _readBackReference(in.number, &bytes, &length);
+                for (int i = 0; same && i < length; i++) same = s[position + i] == bytes[i];
+                if (!same) {
                     step = FAIL;
                     break;
                 }
@@ -449,13 +570,8 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 // Every iteration is one byte: run them all at once and keep
                 // one choice for the shorter counts.
                 int n = 0;
-                while (n < maximum) {
-                    unsigned char c = static_cast<unsigned char>(s[position + n]);
-                    bool ok = c != 0 && (op.type == TalvoRegex::TYPE_DOT ||
-                                         (op.type == TalvoRegex::TYPE_CHARCLASS ? static_cast<bool>(program_->tables[op.table][c]) : c == op.byte));
-                    if (!ok) break;
-                    n++;
-                }
+                while (n < maximum && _matchesByte(op, s[position + n])) n++;
+                if (node == program_->leading && n < maximum) leadingRunEnd_ = position + n;
                 if (n == 0) { step = minimum > 0 ? FAIL : CONTINUE; break; }
                 choices_.push_back(Choice{CHOICE_RANGE, node, position, k, static_cast<int>(frames_.size()),
                                           0, position, position + n - 1, barrier, false, 0, 0, static_cast<int>(snapshots_.size())});
@@ -487,27 +603,34 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
             if (barrier == kNoBarrier) return position;
             // The iteration matched up to `position`: cut its choices.
             const Choice b = choices_[barrier];
-            bool unchanged = _unchangedSince(b);
+            bool empty = position == b.position;
+            bool unchanged = empty && _unchangedSince(b);
             choices_.resize(barrier);
             frames_.resize(b.frameMark);
             positions_.resize(b.positionMark);
-            snapshots_.resize(b.snapshot);
             barrier = b.previousBarrier;
             node = b.node;
             k = b.continuation;
             int start = b.position;
-            if (position == start && unchanged) {
+            if (unchanged) {
                 // Every further iteration would do the same; what remains is
                 // the continuation at `start`, once per level left plus once.
-                choices_.push_back(Choice{CHOICE_REPEAT, node, start, k, static_cast<int>(frames_.size()),
-                                          0, 0, 0, barrier, false, b.maximum, version_, _takeSnapshot()});
+                snapshots_.resize(b.snapshot);
+                _pushRepeat(start, k, barrier, b.maximum);
                 position = start;
                 step = CONTINUE;
                 break;
             }
             if (!b.hasFallback)
                 choices_.push_back(Choice{CHOICE_FALLBACK, node, 0, k, static_cast<int>(frames_.size()),
-                                          static_cast<int>(positions_.size()), 0, 0, barrier, false, 0, 0, static_cast<int>(snapshots_.size())});
+                                          static_cast<int>(positions_.size()), 0, 0, barrier, false, 0, 0, b.snapshot});
+            if (!empty) {
+                snapshots_.resize(choices_.back().snapshot);  // a new start: no history
+            } else if (_closeEmptyCycle(start, k, barrier, b)) {
+                position = start;
+                step = CONTINUE;
+                break;
+            }
             positions_.push_back(start);
             minimum = b.minimum - 1;
             maximum = b.maximum - 1;
@@ -529,6 +652,7 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 step = RUN;
                 break;
             case CHOICE_FALLBACK:
+                snapshots_.resize(c.snapshot);  // the iterations are over: drop their history
                 position = positions_.back();
                 positions_.pop_back();
                 if (static_cast<int>(positions_.size()) == c.positionMark) choices_.pop_back();
@@ -561,16 +685,14 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 break;
             }
             case CHOICE_REPEAT:
-                if (c.count < 1 || _unchangedSince(c)) {
-                    // The last try changed nothing, so the rest would fail alike.
+                if (_repeatIsSettled(c)) {
+                    // The remaining tries would all fail: their captures are set.
                     snapshots_.resize(c.snapshot);
                     choices_.pop_back();
                     break;
                 }
                 c.count--;
                 c.version = version_;
-                snapshots_.resize(c.snapshot);
-                _takeSnapshot();
                 position = c.position;
                 step = CONTINUE;
                 break;

@@ -18,6 +18,11 @@
 // capture recorded on the way (abandoned paths included), is that of the
 // recursive definition; only the machine stack is replaced by the heap.
 //
+// Shortcuts never skip a path that could record a capture: a start or a
+// repetition fallback is passed over only when the node to run there would
+// fail at once on that byte, and the starts inside a failed leading one-byte
+// run only when the attempt recorded nothing.
+//
 // An iteration that consumes nothing and changes no capture would repeat
 // identically until the repetition count runs out; the matcher then stops
 // iterating and tries the continuation the number of times the unbounded
@@ -40,6 +45,7 @@ struct TalvoRegexInstruction {
     int number;        // group or back-reference number
     unsigned char byte;   // the byte of a TYPE_CHAR / TYPE_ESCAPEDCHAR node
     int table;         // index of the class table of a TYPE_CHARCLASS node
+    bool byteGroup;    // a group around one one-byte node
     int guard;         // index of a table of the bytes this node can start
                        // with, when it fails at once (recording nothing) on
                        // any other byte after position 0; -1 when unknown
@@ -52,11 +58,13 @@ struct TalvoRegexProgram {
     std::vector<const TalvoRegex*> nodes;   // node of each instruction
     int root = -1;
     int slotCount = 1;    // capture slots the groups use: highest group number + 1
+    int repetitionMaximum = 2147483647;  // iterations of a star or a plus
     bool valid = false;   // false for an empty tree or a tree with a cycle
     // Start filters. Each holds only when an attempt at a rejected start
     // would fail without recording any capture, so skipping it changes
     // nothing observable.
     bool anchored = false;          // every attempt after position 0 fails
+    int leading = -1;   // a star or plus of one byte that every attempt runs first
     std::string prefix;             // every attempt that does anything starts with these bytes
     bool useFirstBytes = false;     // first byte of any success is in firstBytes
     bool firstBytes[256] = {};
@@ -103,6 +111,11 @@ public:
     int attempt(int position);
     // Stores the captures recorded since begin (or the last flush).
     void flush();
+    // After a failed attempt at `start`: the first later start that might
+    // do anything. When the pattern opens with a star or plus of one byte
+    // and the attempt recorded nothing, every start up to the end of that
+    // first run would only retry the same continuations: it is skipped.
+    int nextAfterFailure(int start) const;
 
 private:
     struct Frame { int node; int groupStart; int next; bool closing; };
@@ -128,11 +141,18 @@ private:
     int _run(int node, int position, int continuation);
     int _pushFrame(int node, bool closing, int groupStart, int next);
     const bool* _guardOf(int continuation) const;
+    bool _matchesByte(const TalvoRegexInstruction& in, char c) const;
     void _record(int number, int start, int end);
     bool _readBackReference(int number, const char** bytes, int* length) const;
     void _storeCaptures();
     int _takeSnapshot();
     bool _unchangedSince(const Choice& choice) const;
+    bool _sameState(int mark) const;
+    void _restoreState(int mark);
+    int _findState(int mark, int count) const;
+    void _pushRepeat(int start, int continuation, int barrier, std::int64_t more);
+    bool _repeatIsSettled(Choice& c);
+    bool _closeEmptyCycle(int start, int continuation, int barrier, const Choice& b);
     void _reset();
 
     const TalvoRegexProgram* program_ = nullptr;
@@ -145,4 +165,6 @@ private:
     std::vector<int> recorded_;        // slots recorded in this attempt
     std::vector<Capture> snapshots_;   // capture states saved by barriers and repeats
     std::uint64_t version_ = 0;       // bumped whenever a capture changes
+    std::uint64_t attemptVersion_ = 0;  // version_ when the last attempt began
+    int leadingRunEnd_ = -1;          // end of the leading run in the last attempt
 };

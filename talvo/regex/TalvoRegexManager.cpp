@@ -5,8 +5,8 @@
 #include <talvo/foundation/TalvoMemoryManager.h>
 #include <talvo/foundation/TalvoRawString.h>
 #include <talvo/regex/TalvoRegexEngine.h>
-#include <talvo/text/TalvoCharBuffer.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <new>
@@ -14,7 +14,6 @@
 namespace {
 
 const int kInitialBackReferenceSlots = 16;
-const int kSubstitutionStep = 1024;
 
 // A new raw string holding `length` bytes from `bytes`.
 char* copyRange(const char* bytes, int length) {
@@ -95,8 +94,16 @@ int TalvoRegexManager::compilePattern() {
     return result;
 }
 
+void TalvoRegexManager::_setRepetitionMaximum(int maximum) {
+    if (program != nullptr) program->repetitionMaximum = maximum;
+}
+
 void TalvoRegexManager::printTopRegex(FILE* file) const {
     if (topRegex != nullptr) topRegex->print(file);
+}
+
+void TalvoRegexManager::printTopRegex(TalvoStream* stream) const {
+    if (topRegex != nullptr) topRegex->print(stream);
 }
 
 // Compiles on first use; a failed compilation is not retried (the scanner
@@ -119,7 +126,7 @@ int TalvoRegexManager::matchPattern(const char* text) {
     int length = static_cast<int>(std::strlen(text));
     matcher->begin(*program, this, text);
     for (int start = program->nextStart(text, 0, length); start < length;
-         start = program->nextStart(text, start + 1, length)) {
+         start = program->nextStart(text, matcher->nextAfterFailure(start), length)) {
         int end = matcher->attempt(start);
         if (end != -1) {
             matcher->flush();
@@ -148,7 +155,7 @@ TalvoList* TalvoRegexManager::splitWithPattern(const char* text) {
         if (position >= length) break;
         int end = matcher->attempt(position);
         if (end == -1) {
-            position++;
+            position = matcher->nextAfterFailure(position);
             continue;
         }
         result->insertItemLast(copyRange(text + pieceStart, position - pieceStart));
@@ -170,7 +177,7 @@ char* TalvoRegexManager::substitutePatterns(const char* text, const char* replac
 }
 
 // Appends the replacement with every "\N" expanded to capture N.
-void TalvoRegexManager::_appendReplacement(TalvoCharBuffer* buffer, const char* replacement) {
+void TalvoRegexManager::_appendReplacement(std::string* out, const char* replacement) {
     if (replacement == nullptr) return;
     const char* r = replacement;
     while (*r != 0) {
@@ -178,42 +185,44 @@ void TalvoRegexManager::_appendReplacement(TalvoCharBuffer* buffer, const char* 
             std::uint32_t number = 0;
             for (r++; isDigit(*r); r++) number = number * 10u + static_cast<std::uint32_t>(*r - '0');
             const char* capture = getBackReference(static_cast<int>(number));
-            if (capture != nullptr)
-                for (; *capture != 0; capture++) buffer->append(*capture);
+            if (capture != nullptr) out->append(capture);
             continue;
         }
-        buffer->append(*r);
+        out->push_back(*r);
         r++;
     }
 }
 
+// The output grows in a std::string: a buffer growing by a fixed step would
+// copy itself over and over on long texts. The result is the same bytes, or
+// null when no byte was written.
 char* TalvoRegexManager::_substitutePatterns(const char* text, const char* replacement, int all) {
     if (text == nullptr || !_ensureCompiled()) return nullptr;
-    TalvoCharBuffer* buffer = new TalvoCharBuffer(kSubstitutionStep);
-    if (buffer == nullptr) return nullptr;
+    std::string out;
     int length = static_cast<int>(std::strlen(text));
     int position = 0;
     bool first = true;
     matcher->begin(*program, this, text);
     while (position < length) {
         int candidate = (all == 1 || first) ? program->nextStart(text, position, length) : length;
-        for (; position < candidate; position++) buffer->append(text[position]);
+        out.append(text + position, static_cast<std::size_t>(candidate - position));
+        position = candidate;
         if (position >= length) break;
         int end = matcher->attempt(position);
         if (end == -1) {
-            buffer->append(text[position]);
-            position++;
+            int next = std::min(matcher->nextAfterFailure(position), length);
+            out.append(text + position, static_cast<std::size_t>(next - position));
+            position = next;
             continue;
         }
         first = false;
         matcher->flush();  // the replacement reads the captures from the slots
-        _appendReplacement(buffer, replacement);
+        _appendReplacement(&out, replacement);
         // After an empty match the byte there is copied, or it would match again.
-        if (end == position) buffer->append(text[position++]);
+        if (end == position) out.push_back(text[position++]);
         else position = end;
     }
     matcher->flush();
-    char* result = buffer->copyString();
-    delete buffer;
-    return result;
+    if (out.empty()) return nullptr;
+    return copyRange(out.data(), static_cast<int>(out.size()));
 }

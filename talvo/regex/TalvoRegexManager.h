@@ -30,6 +30,7 @@
 
 class TalvoArray;
 class TalvoList;
+class TalvoStream;
 struct TalvoRegexProgram;
 class TalvoRegexMatcher;
 
@@ -89,6 +90,8 @@ public:
 
     // Writes the compiled tree in pattern syntax; nothing without a tree.
     void printTopRegex(FILE* file) const;
+    // The same through a stream.
+    void printTopRegex(TalvoStream* stream) const;
 
     // The first start at which the pattern matches `text` (only starts where
     // a byte stands are tried, so "" never matches), and stores the match as
@@ -111,6 +114,9 @@ public:
 
     // For the matcher: stores `length` bytes at `bytes` as capture n.
     void _storeBackReference(int n, const char* bytes, int length);
+    // For tests: lowers the iteration count of star and plus (normally
+    // 2147483647) so that a brute-force model can follow every iteration.
+    void _setRepetitionMaximum(int maximum);
     // For the nodes: the tree changed, so the flattened program is stale.
     void _treeChanged() { programIsCurrent = false; }
 
@@ -123,7 +129,7 @@ private:
 
     char* _substitutePatterns(const char* text, const char* replacement, int all);
     bool _ensureCompiled();
-    void _appendReplacement(class TalvoCharBuffer* buffer, const char* replacement);
+    void _appendReplacement(std::string* out, const char* replacement);
     // Scanner and parser (TalvoRegexCompiler.cpp).
     int _scanToken(ScannedToken* token);
     int _parse();

@@ -26,11 +26,14 @@ const int LastStringIncrement = 1024;
 // First capacity of the term stack; it doubles whenever it is full.
 const int InitialTermStackCapacity = 1024;
 const char* const StackLabel = "void*[]";
+// No character waiting to be read again (EOF itself is never given back).
+const int NoChar = -2;
 
 // Character classes of the "C" locale, so that the dialect does not change
 // with the caller's locale: white space as isspace, letters as isalpha, and
 // the characters that may follow the first letter of a name.
-enum { Space = 1, Letter = 2, NameChar = 4 };
+// TextStop marks the characters that interrupt a plain run of text.
+enum { Space = 1, Letter = 2, NameChar = 4, TextStop = 8 };
 
 struct CharClassTable {
     unsigned char classes[256];
@@ -43,6 +46,9 @@ struct CharClassTable {
             classes[c] = NameChar;
         for (const char* p = "_-:."; *p; ++p)
             classes[static_cast<unsigned char>(*p)] = NameChar;
+        for (const char* p = " \t\n\v\f\r<"; *p; ++p)
+            classes[static_cast<unsigned char>(*p)] |= TextStop;
+        classes[0] |= TextStop;
     }
 };
 const CharClassTable CharClasses;
@@ -65,6 +71,7 @@ TalvoXMLParser::TalvoXMLParser()
       _parseError(false),
       _messenger(nullptr),
       _printer(nullptr),
+      _pushedBack(NoChar),
       _chunk(),
       _chunkLength(0),
       _stringCut(false) {}
@@ -131,6 +138,7 @@ int TalvoXMLParser::parseFile(TalvoXMLDocument* document, FILE* file) {
         return 1;
     _file = file;
     _document = document;
+    _pushedBack = NoChar;
     resetLineNumber();
     resetParseError();
     _resetTermStack();
@@ -142,30 +150,41 @@ int TalvoXMLParser::parseFile(TalvoXMLDocument* document, FILE* file) {
         _raiseSyntaxError(Messages::NonClosedTags);
     // Open nodes are already in the tree: the document alone frees them.
     _resetTermStack();
+    if (_pushedBack != NoChar)
+        ungetc(_pushedBack, _file);
+    _pushedBack = NoChar;
     if (!_parseError)
         return 0;
     document->reset();
     return 1;
 }
 
-// --- Reading.
+// --- Reading. The helpers of the hot loops are defined inline so that
+// calls within this file do not go through the library's symbol table.
 
-int TalvoXMLParser::_getChar() {
-    int c = TALVO_GETC(_file);
+inline int TalvoXMLParser::_getChar() {
+    int c;
+    if (_pushedBack != NoChar) {
+        c = _pushedBack;
+        _pushedBack = NoChar;
+    } else {
+        c = TALVO_GETC(_file);
+    }
     if (c == '\n')
         ++_lineNumber;
     return c;
 }
 
-void TalvoXMLParser::_ungetChar(int c) {
+// Every construct gives back at most the one character it has just read.
+inline void TalvoXMLParser::_ungetChar(int c) {
     if (c == EOF)
         return;
-    ungetc(c, _file);
+    _pushedBack = c;
     if (c == '\n')
         --_lineNumber;
 }
 
-bool TalvoXMLParser::_isAtEnd() {
+inline bool TalvoXMLParser::_isAtEnd() {
     int c = _getChar();
     _ungetChar(c);
     return c == EOF;
@@ -180,11 +199,14 @@ void TalvoXMLParser::_beginString() {
     _stringCut = false;
 }
 
-void TalvoXMLParser::_appendChar(int c) {
-    if (c == '\0')
+// A NUL byte ends what a raw string can show: whatever follows it in the
+// same string is dropped.
+inline void TalvoXMLParser::_appendChar(int c) {
+    if (c == '\0') {
+        _endString();
         _stringCut = true;
-    if (_stringCut)
         return;
+    }
     _chunk[_chunkLength++] = static_cast<char>(c);
     if (_chunkLength == ChunkSize)
         _endString();
@@ -192,8 +214,10 @@ void TalvoXMLParser::_appendChar(int c) {
 
 // Hands the gathered characters to `_lastString`.
 void TalvoXMLParser::_endString() {
-    if (_chunkLength == 0 || !_lastString)
+    if (_chunkLength == 0 || !_lastString || _stringCut) {
+        _chunkLength = 0;
         return;
+    }
     _chunk[_chunkLength] = '\0';
     _lastString->append(_chunk);
     _chunkLength = 0;
@@ -203,8 +227,6 @@ const char* TalvoXMLParser::_lastText() {
     const char* text = _lastString ? _lastString->getString() : nullptr;
     return text ? text : "";
 }
-
-char* TalvoXMLParser::_copyLastString() { return TalvoRawString::copy(_lastText()); }
 
 // --- Constructs.
 
@@ -275,6 +297,13 @@ void TalvoXMLParser::_parseText(int first) {
     _beginString();
     int c = first;
     for (;;) {
+        if (c >= 0 && !(CharClasses.classes[c] & TextStop)) {  // the common case first
+            _chunk[_chunkLength++] = static_cast<char>(c);
+            if (_chunkLength == ChunkSize)
+                _endString();
+            c = _getChar();
+            continue;
+        }
         if (c == EOF) {
             _raiseSyntaxError(Messages::UnexpectedEndOfFile);
             return;

@@ -109,7 +109,6 @@ private:
     void _appendChar(int c);
     void _endString();
     const char* _lastText();
-    char* _copyLastString();
 
     // One function per construct, each leaving the reader just after it.
     void _parseHeader();
@@ -154,6 +153,9 @@ private:
     bool _parseError;
     TalvoXMLParserMessenger* _messenger;
     TalvoXMLPrinter* _printer;
+    // The character given back by _ungetChar, NoChar when none; it goes
+    // back to the file when a parse stops early.
+    int _pushedBack;
     // Characters are gathered here and handed to `_lastString` a chunk at a
     // time; `_chunkLength` counts them, `_stringCut` is set by a NUL byte,
     // after which a raw string cannot show anything more.

@@ -8,6 +8,10 @@
 
 namespace {
 
+// Levels of a subtree deleted by plain recursion before switching to the
+// iterative walk.
+const int RecursionLimit = 64;
+
 // -1, 0 or 1 by unsigned bytes; null sorts first, two nulls are equal.
 int compareTexts(const char* a, const char* b) {
     if (!a || !b)
@@ -25,6 +29,8 @@ TalvoXMLTerm* findNthTerm(TalvoList* list, int n, Accept accept) {
     if (!list || n < 0)
         return nullptr;
     TalvoListCursor* cursor = list->newCursor();
+    if (!cursor)
+        return nullptr;
     TalvoXMLTerm* found = nullptr;
     for (cursor->resetOnFirstItem(); !cursor->isAfterLastItem(); cursor->increment()) {
         auto* term = static_cast<TalvoXMLTerm*>(cursor->getItem());
@@ -43,6 +49,8 @@ int countTerms(TalvoList* list, Accept accept) {
     if (!list)
         return 0;
     TalvoListCursor* cursor = list->newCursor();
+    if (!cursor)
+        return 0;
     int count = 0;
     for (cursor->resetOnFirstItem(); !cursor->isAfterLastItem(); cursor->increment()) {
         auto* term = static_cast<TalvoXMLTerm*>(cursor->getItem());
@@ -56,36 +64,48 @@ int countTerms(TalvoList* list, Accept accept) {
 }  // namespace
 
 TalvoXMLTerm::TalvoXMLTerm(Type type, const char* content)
-    : _type(type),
-      _text(TalvoRawString::copy(content)),
-      _attributes(new TalvoList()),
-      _children(new TalvoList()),
-      _lineNumber(0) {}
+    : _type(type), _text(TalvoRawString::copy(content)), _attributes(), _children(), _lineNumber(0) {}
 
 TalvoXMLTerm::~TalvoXMLTerm() {
     if (_text)
         TalvoRawString::free(_text);
-    if (_attributes)
-        _attributes->deleteItems(TalvoXMLAttribute::free);
-    delete _attributes;
-    _deleteSubtree();
-    delete _children;
+    _attributes.deleteItems(TalvoXMLAttribute::free);
+    _deleteChildren(0);
 }
 
-// Empties the child list without recursion: a child that still has children
-// of its own gives its last child up to this list first, so every child is
-// deleted only once it is a leaf. Each term moves at most once.
-void TalvoXMLTerm::_deleteSubtree() {
-    if (!_children)
+// Deletes `term`, found at `depth` below the term being deleted, with its subtree.
+void TalvoXMLTerm::_deleteTerm(TalvoXMLTerm* term, int depth) {
+    if (!term)
         return;
-    while (!_children->isEmpty()) {
-        auto* child = static_cast<TalvoXMLTerm*>(_children->getLastItem());
-        if (child && child->_children && !child->_children->isEmpty()) {
-            _children->insertItemLast(child->_children->removeLastItem());
+    term->_deleteChildren(depth);  // leaves nothing for the destructor to walk
+    delete term;
+}
+
+// Plain recursion while shallow (the common case, and the cheapest); below
+// RecursionLimit levels the subtree is taken apart iteratively instead, so
+// the call stack never grows with the depth of the tree.
+void TalvoXMLTerm::_deleteChildren(int depth) {
+    if (depth >= RecursionLimit) {
+        _deleteChildrenIteratively();
+        return;
+    }
+    while (!_children.isEmpty())
+        _deleteTerm(static_cast<TalvoXMLTerm*>(_children.removeLastItem()), depth + 1);
+}
+
+// A child that still has children gives its last child up to this list
+// first, so every term is deleted only once it is a leaf. Each term moves
+// at most once.
+void TalvoXMLTerm::_deleteChildrenIteratively() {
+    while (!_children.isEmpty()) {
+        auto* child = static_cast<TalvoXMLTerm*>(_children.getLastItem());
+        if (child && !child->_children.isEmpty()) {
+            _children.insertItemLast(child->_children.removeLastItem());
             continue;
         }
-        _children->removeLastItem();
-        delete child;
+        _children.removeLastItem();
+        if (child)
+            delete child;
     }
 }
 
@@ -117,16 +137,14 @@ bool TalvoXMLTerm::isNodeOfTag(const char* tag) const {
     return _type == node && sameText(_text, tag);
 }
 
-bool TalvoXMLTerm::hasAttribute() const { return _attributes && !_attributes->isEmpty(); }
-
 TalvoListCursor* TalvoXMLTerm::newCursorOnAttributes() {
-    return _attributes ? _attributes->newCursor() : nullptr;
+    return _attributes.newCursor();
 }
 
 TalvoXMLAttribute* TalvoXMLTerm::findAttribute(const char* name) {
-    if (!_attributes)
+    TalvoListCursor* cursor = _attributes.newCursor();
+    if (!cursor)
         return nullptr;
-    TalvoListCursor* cursor = _attributes->newCursor();
     TalvoXMLAttribute* found = nullptr;
     for (cursor->resetOnFirstItem(); !cursor->isAfterLastItem(); cursor->increment()) {
         auto* attribute = static_cast<TalvoXMLAttribute*>(cursor->getItem());
@@ -140,8 +158,8 @@ TalvoXMLAttribute* TalvoXMLTerm::findAttribute(const char* name) {
 }
 
 void TalvoXMLTerm::addAttribute(TalvoXMLAttribute* attribute) {
-    if (attribute && _attributes)
-        _attributes->insertItemLast(attribute);
+    if (attribute)
+        _attributes.insertItemLast(attribute);
 }
 
 void TalvoXMLTerm::addAttribute(const char* name, const char* value) {
@@ -169,35 +187,31 @@ double TalvoXMLTerm::getAttributeValueAsDouble(const char* name) {
     return TalvoRawString::toDouble(getAttributeValue(name));
 }
 
-bool TalvoXMLTerm::hasChildren() const { return _children && !_children->isEmpty(); }
-
 TalvoListCursor* TalvoXMLTerm::newCursorOnChildren() {
-    return _children ? _children->newCursor() : nullptr;
+    return _children.newCursor();
 }
 
 void TalvoXMLTerm::addChild(TalvoXMLTerm* child) {
-    if (child && _children)
-        _children->insertItemLast(child);
+    if (child)
+        _children.insertItemLast(child);
 }
 
 TalvoXMLTerm* TalvoXMLTerm::findChild(const char* tag) {
-    return findNthTerm(_children, 0, [tag](TalvoXMLTerm* t) { return sameText(t->_text, tag); });
+    return findNthTerm(&_children, 0, [tag](TalvoXMLTerm* t) { return sameText(t->_text, tag); });
 }
 
 TalvoXMLTerm* TalvoXMLTerm::getNthChild(int n) {
-    return findNthTerm(_children, n, [](TalvoXMLTerm*) { return true; });
+    return findNthTerm(&_children, n, [](TalvoXMLTerm*) { return true; });
 }
 
-int TalvoXMLTerm::getNumberOfChildren() { return _children ? _children->getNumberOfItems() : 0; }
-
 int TalvoXMLTerm::getNumberOfNodeChildren() {
-    return countTerms(_children, [](TalvoXMLTerm* t) { return t->isNode(); });
+    return countTerms(&_children, [](TalvoXMLTerm* t) { return t->isNode(); });
 }
 
 int TalvoXMLTerm::getNumberOfNodeChildrenOfTag(const char* tag) {
-    return countTerms(_children, [tag](TalvoXMLTerm* t) { return t->isNodeOfTag(tag); });
+    return countTerms(&_children, [tag](TalvoXMLTerm* t) { return t->isNodeOfTag(tag); });
 }
 
 TalvoXMLTerm* TalvoXMLTerm::getNthNodeChild(int n) {
-    return findNthTerm(_children, n - 1, [](TalvoXMLTerm* t) { return t->isNode(); });
+    return findNthTerm(&_children, n - 1, [](TalvoXMLTerm* t) { return t->isNode(); });
 }

@@ -2,19 +2,20 @@
 // comment).
 //
 // Layout: `_type`; `_text`, an owned copy holding the tag name of a node and
-// the content of the other types; `_attributes`, an owned TalvoList of owned
-// TalvoXMLAttribute; `_children`, an owned TalvoList of owned TalvoXMLTerm;
+// the content of the other types; `_attributes`, a TalvoList of owned
+// TalvoXMLAttribute; `_children`, a TalvoList of owned TalvoXMLTerm;
 // `_lineNumber`, the line where the parser made the term. Both lists exist for
-// every type; only nodes normally fill them.
-// Invariant: a term owns its whole subtree. The destructor frees it without
-// recursion, so a tree as deep as memory allows can be deleted.
+// every type and live inside the term (two allocations fewer per term); only
+// nodes normally fill them.
+// Invariant: a term owns its whole subtree. The destructor frees it with a
+// recursion of bounded depth, so a tree as deep as memory allows can be
+// deleted.
 #pragma once
 
+#include <talvo/containers/TalvoList.h>
 #include <talvo/foundation/TalvoExport.h>
 #include <talvo/foundation/TalvoObject.h>
 
-class TalvoList;
-class TalvoListCursor;
 class TalvoXMLAttribute;
 
 class TALVO_API TalvoXMLTerm : public TalvoObject<TalvoXMLTerm> {
@@ -60,7 +61,7 @@ public:
 
     // --- Attributes, kept in insertion order; duplicate names are allowed.
 
-    bool hasAttribute() const;
+    bool hasAttribute() const { return !_attributes.isEmpty(); }
     // A new cursor on the attribute list, owned by the caller.
     TalvoListCursor* newCursorOnAttributes();
     // The first attribute named `name`, or null. O(attributes).
@@ -82,7 +83,7 @@ public:
 
     // --- Children, kept in insertion order.
 
-    bool hasChildren() const;
+    bool hasChildren() const { return !_children.isEmpty(); }
     // A new cursor on the child list, owned by the caller.
     TalvoListCursor* newCursorOnChildren();
     // Appends `child`, which the term then owns; null is ignored.
@@ -92,7 +93,7 @@ public:
     // The child at `n` counted from 0 over all children; null out of range. O(n).
     TalvoXMLTerm* getNthChild(int n);
     // Number of children of every type.
-    int getNumberOfChildren();
+    int getNumberOfChildren() const { return _children.getNumberOfItems(); }
     // Number of node children. O(children).
     int getNumberOfNodeChildren();
     // Number of node children whose tag equals `tag`. O(children).
@@ -105,11 +106,13 @@ public:
     void setLineNumber(int lineNumber) { _lineNumber = lineNumber; }
 
 private:
-    void _deleteSubtree();
+    static void _deleteTerm(TalvoXMLTerm* term, int depth);
+    void _deleteChildren(int depth);
+    void _deleteChildrenIteratively();
 
     Type _type;
     char* _text;
-    TalvoList* _attributes;
-    TalvoList* _children;
+    TalvoList _attributes;
+    TalvoList _children;
     int _lineNumber;
 };

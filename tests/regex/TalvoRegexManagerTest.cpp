@@ -148,7 +148,7 @@ TEST(TalvoRegexManager, PrintTopRegex_WritesPatternSyntax) {
         EXPECT_EQ(regex_test::printed(manager.getTopRegex()), p.tree) << p.pattern;
     }
     TalvoRegexManager empty("a");
-    empty.printTopRegex(nullptr);  // no tree yet, no file: nothing happens
+    empty.printTopRegex(static_cast<FILE*>(nullptr));  // no tree yet, no file: nothing happens
 }
 
 TEST(TalvoRegexManager, Constructor_NullPatternNeverCompiles) {

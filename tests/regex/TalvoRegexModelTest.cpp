@@ -25,6 +25,9 @@ public:
     std::map<int, std::string> captures;
     long steps = 0;
     static constexpr long kStepLimit = 2000000;
+    // Iterations of a star or a plus; below the default every level is
+    // followed, above it empty iterations are cut after kEmptyDepth levels.
+    long maximum = 2147483647L;
     static constexpr int kEmptyDepth = 40;
 
     int match(const TalvoRegex* node, const char* text, int position) {
@@ -55,7 +58,7 @@ private:
         int e = m(node->getLeftArgument(), position, alone);
         if (e == -1) return minimum > 0 ? -1 : next(position, stack);
         int r;
-        if (e == position && emptyLevels >= kEmptyDepth) r = next(e, stack);
+        if (e == position && emptyLevels >= kEmptyDepth && this->maximum == 2147483647L) r = next(e, stack);
         else r = range(node, e, stack, minimum - 1, maximum - 1, e == position ? emptyLevels + 1 : 0);
         if (r != -1) return r;
         return next(position, stack);
@@ -81,8 +84,8 @@ private:
             stack.pop_back();
             return r;
         }
-        case TalvoRegex::TYPE_STAR: return range(node, position, stack, 0, 2147483647L, 0);
-        case TalvoRegex::TYPE_PLUS: return range(node, position, stack, 1, 2147483647L, 0);
+        case TalvoRegex::TYPE_STAR: return range(node, position, stack, 0, maximum, 0);
+        case TalvoRegex::TYPE_PLUS: return range(node, position, stack, 1, maximum, 0);
         case TalvoRegex::TYPE_QMARK: return range(node, position, stack, 0, 1, 0);
         case TalvoRegex::TYPE_DOLLAR: return (c == 0 && stack.empty()) ? position : -1;
         case TalvoRegex::TYPE_CARET: return position == 0 ? next(position, stack) : -1;
@@ -205,22 +208,26 @@ std::string capturesText(ReferenceMatcher& reference, int groups) {
     return s;
 }
 
-}  // namespace
-
-TEST(TalvoRegexManager, MatchPattern_AgreesWithTheRulesOnGeneratedCases) {
-    PatternMaker maker(12345);
-    std::mt19937 random(678);
+// Compares search, substitution and captures for generated cases; with a
+// small repetition count the model follows every level, so cycles of
+// captures among empty iterations are checked exactly.
+int compareGenerated(unsigned seed, int cases, int maximum) {
+    PatternMaker maker(seed);
+    std::mt19937 random(seed + 1);
     int compared = 0;
-    for (int i = 0; i < 3000; i++) {
+    for (int i = 0; i < cases; i++) {
         std::string pattern = maker.make();
         int groups = 0;
         for (char c : pattern) groups += c == '(';
         for (int j = 0; j < 4; j++) {
             std::string subject = randomSubject(random);
             TalvoRegexManager manager(pattern.c_str());
+            if (maximum > 0) manager._setRepetitionMaximum(maximum);
             int start = manager.matchPattern(subject.c_str());
-            ASSERT_NE(manager.getTopRegex(), nullptr) << pattern;
+            EXPECT_NE(manager.getTopRegex(), nullptr) << pattern;
+            if (manager.getTopRegex() == nullptr) return compared;
             ReferenceMatcher reference;
+            if (maximum > 0) reference.maximum = maximum;
             int expected = referenceSearch(reference, manager.getTopRegex(), subject);
             std::string substituted = take(manager.substitutePatterns(subject.c_str(), "<\\1>"));
             std::string expectedSubstitution = referenceSubstitute(reference, manager.getTopRegex(), subject);
@@ -231,7 +238,34 @@ TEST(TalvoRegexManager, MatchPattern_AgreesWithTheRulesOnGeneratedCases) {
             EXPECT_EQ(capturesText(&manager, groups), capturesText(reference, groups)) << pattern << " on " << subject;
         }
     }
-    EXPECT_GT(compared, 10000);
+    return compared;
+}
+
+}  // namespace
+
+TEST(TalvoRegexManager, MatchPattern_AgreesWithTheRulesOnGeneratedCases) {
+    EXPECT_GT(compareGenerated(12345, 3000, 0), 10000);
+}
+
+TEST(TalvoRegexManager, MatchPattern_AgreesWithEveryLevelFollowed) {
+    EXPECT_GT(compareGenerated(777, 1500, 3), 5000);
+    EXPECT_GT(compareGenerated(778, 1500, 4), 5000);
+}
+
+TEST(TalvoRegexManager, MatchPattern_CyclingCapturesFinish) {
+    // The iterations of the plus consume nothing while group 2 alternates
+    // between two values: the count decides where it stops.
+    TalvoRegexManager manager("((a\\2*)*c)*+*");
+    EXPECT_EQ(take(manager.substitutePatterns("aa", "<\\1>")), "<>a<>a");
+    for (int maximum : {3, 4, 5}) {
+        TalvoRegexManager limited("((a\\2*)*c)*+*");
+        limited._setRepetitionMaximum(maximum);
+        ReferenceMatcher reference;
+        reference.maximum = maximum;
+        EXPECT_EQ(limited.matchPattern("aa"), 0);
+        ASSERT_EQ(referenceSearch(reference, limited.getTopRegex(), "aa"), 0);
+        EXPECT_EQ(capturesText(&limited, 2), capturesText(reference, 2)) << maximum;
+    }
 }
 
 // --- Long subjects: the heap, not the machine stack, carries the search.
@@ -240,33 +274,48 @@ namespace {
 
 const int kLongSubject = 16 * 1024 * 1024;
 
+std::string repeated(const char* unit, std::size_t size) {
+    std::string s;
+    s.reserve(size + 2);
+    while (s.size() < size) s += unit;
+    return s;
+}
+
 }  // namespace
 
-TEST(TalvoRegexManager, MatchPattern_LongSubjectsNeedNoMachineStack) {
+TEST(TalvoRegexManager, MatchPattern_LongRunOfOneByte) {
     std::string as(kLongSubject, 'a');
-    TalvoRegexManager star("a*b");
-    EXPECT_EQ(star.matchPattern((as + "b").c_str()), 0);
-    EXPECT_EQ(std::string(star.getBackReference(0)).size(), as.size() + 1);
+    TalvoRegexManager manager("a*b");
+    EXPECT_EQ(manager.matchPattern((as + "b").c_str()), 0);
+    EXPECT_EQ(std::string(manager.getBackReference(0)).size(), as.size() + 1);
+    // Without a match every start inside the leading run retries the same
+    // continuations, so the search stays linear.
+    EXPECT_EQ(manager.matchPattern(as.c_str()), -1);
+    EXPECT_EQ(takeList(manager.splitWithPattern(as.c_str())).size(), 1u);
+    EXPECT_EQ(take(manager.substitutePatterns(as.c_str(), "x")).size(), as.size());
+}
 
-    std::string abs;
-    abs.reserve(kLongSubject + 1);
-    while (abs.size() < static_cast<std::size_t>(kLongSubject)) abs += "ab";
-    TalvoRegexManager group("(ab)*c");
-    EXPECT_EQ(group.matchPattern((abs + "c").c_str()), 0);
-    EXPECT_EQ(slot(&group, 1), "ab");
+TEST(TalvoRegexManager, MatchPattern_LongRunOfGroups) {
+    std::string abs = repeated("ab", kLongSubject);
+    TalvoRegexManager manager("(ab)*c");
+    EXPECT_EQ(manager.matchPattern((abs + "c").c_str()), 0);
+    EXPECT_EQ(slot(&manager, 1), "ab");
+    std::string short1 = repeated("ab", kLongSubject / 16);
+    TalvoRegexManager alternation("(a|b)*c");
+    EXPECT_EQ(alternation.matchPattern((short1 + "c").c_str()), 0);
+    EXPECT_EQ(slot(&alternation, 1), "b");
+}
 
+TEST(TalvoRegexManager, MatchPattern_LongBacktrackAndAnchor) {
     std::string ys(kLongSubject, 'y');
     TalvoRegexManager dots(".*x");
     EXPECT_EQ(dots.matchPattern(("x" + ys).c_str()), 0);
     EXPECT_EQ(slot(&dots, 0), "x");  // the backtracking walked the whole subject back
-
+    EXPECT_EQ(dots.matchPattern(ys.c_str()), -1);
     std::string letters(kLongSubject, 'q');
     TalvoRegexManager end("[a-z]+$");
     EXPECT_EQ(end.matchPattern(letters.c_str()), 0);
-
-    TalvoRegexManager alternation("(a|b)*c");
-    EXPECT_EQ(alternation.matchPattern((abs + "c").c_str()), 0);
-    EXPECT_EQ(slot(&alternation, 1), "b");
+    EXPECT_EQ(end.matchPattern((letters + "1").c_str()), -1);
 }
 
 TEST(TalvoRegexManager, SplitAndSubstitute_LongSubjects) {

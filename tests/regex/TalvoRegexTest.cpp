@@ -3,6 +3,7 @@
 #include "RegexTestHelpers.h"
 
 #include <talvo/containers/TalvoList.h>
+#include <talvo/text/TalvoFileStream.h>
 
 #include <string>
 #include <thread>
@@ -130,7 +131,7 @@ TEST(TalvoRegex, Print_AddsNoParentheses) {
     TalvoRegex* ref = manager.newRegex(TalvoRegex::TYPE_BACKREFERENCE);
     ref->setBackReferenceNumber(12);
     EXPECT_EQ(regex_test::printed(ref), "\\12");
-    star->print(nullptr);
+    star->print(static_cast<FILE*>(nullptr));
 }
 
 TEST(TalvoRegex, Match_ContinuesWithTheStackAndLeavesItAsFound) {
@@ -188,4 +189,21 @@ TEST(TalvoRegexManager, TwoManagersMatchInTwoThreadsAtOnce) {
         EXPECT_EQ(first[i], 5000);
         EXPECT_EQ(second[i], 3000);
     }
+}
+
+TEST(TalvoRegex, Print_ThroughAStreamWritesTheSameBytes) {
+    TalvoRegexManager manager("(a|\\.)*[^x]\\2\\t$");
+    manager.compilePattern();
+    FILE* file = std::tmpfile();
+    TalvoFileStream* stream = new TalvoFileStream(false, file);
+    manager.printTopRegex(stream);
+    stream->flush();
+    std::rewind(file);
+    char text[64] = {};
+    std::size_t n = std::fread(text, 1, sizeof(text) - 1, file);
+    EXPECT_EQ(std::string(text, n), "(a|\\.)*[^x]\\2\\\t$");
+    EXPECT_EQ(std::string(text, n), regex_test::printed(manager.getTopRegex()));
+    delete stream;
+    std::fclose(file);
+    manager.printTopRegex(static_cast<TalvoStream*>(nullptr));
 }

@@ -245,6 +245,19 @@ TEST(TalvoXMLParser, TextsCollapseWhiteSpaceRuns) {
     }
 }
 
+TEST(TalvoXMLParser, NulByteEndsWhatAStringShows) {
+    const std::string nul(1, '\0');
+    std::string body = "<a v=\"x" + nul + "y\">t" + nul + std::string(600, 'u') + "<!--c" + nul + "d--></a>";
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    std::string report;
+    ASSERT_EQ(parseInto(document, Header + body, &report), 0) << report;
+    TalvoXMLTerm* a = document->findRoot("a");
+    EXPECT_STREQ(a->getAttributeValue("v"), "x");
+    EXPECT_STREQ(a->getNthChild(0)->getText(), "t");
+    EXPECT_STREQ(a->getNthChild(1)->getText(), "--c");
+    delete document;
+}
+
 TEST(TalvoXMLParser, AttributesKeepTheirValuesAsWritten) {
     TalvoXMLDocument* document = new TalvoXMLDocument();
     std::string report;
@@ -361,6 +374,11 @@ TEST(TalvoXMLParser, DeepNestingParsesPrintsAndDeletes) {
     for (; term && term->isNode(); term = term->getNthChild(0))
         ++levels;
     EXPECT_EQ(levels, depth);
+    // Printed without indentation, every level takes one opening and one closing line.
+    document->print(std::fopen("printed.xml", "wb"), 0);
+    std::string printed = readFile("printed.xml");
+    EXPECT_EQ(printed.size(), Header.size() + depth * (5 + 5) + 2);
+    EXPECT_EQ(printed.find("<n >\nx\n</n>\n</n>\n"), Header.size() + 5 * (depth - 1));
     TalvoXMLDocument::free(document);
 
     // Unclosed, the same depth fails cleanly and frees everything.
@@ -369,7 +387,7 @@ TEST(TalvoXMLParser, DeepNestingParsesPrintsAndDeletes) {
 }
 
 TEST(TalvoXMLParser, DeepNestingPrintsWithIndentation) {
-    const int depth = 20000;
+    const int depth = 2000;  // the indentation makes the output quadratic in depth
     std::string xml = Header;
     for (int i = 0; i < depth; ++i)
         xml += "<n>";
