@@ -51,7 +51,7 @@ void BM_ChronogramFeedAndReduce(benchmark::State& state) {
         benchmark::Counter(static_cast<double>(kPoints), benchmark::Counter::kIsIterationInvariantRate |
                                                              benchmark::Counter::kInvert);
 }
-BENCHMARK(BM_ChronogramFeedAndReduce)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_ChronogramFeedAndReduce)->Name("chronogram_feed_reduce/talvo")->Unit(benchmark::kMillisecond)->Iterations(3);
 
 void BM_ChronogramFeedOnly(benchmark::State& state) {
     for (auto _ : state) {
@@ -64,7 +64,7 @@ void BM_ChronogramFeedOnly(benchmark::State& state) {
         state.ResumeTiming();
     }
 }
-BENCHMARK(BM_ChronogramFeedOnly)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_ChronogramFeedOnly)->Name("chronogram_feed/talvo")->Unit(benchmark::kMillisecond)->Iterations(3);
 
 TalvoCurve* buildCurve() {
     TalvoCurve* curve = new TalvoCurve();
@@ -80,7 +80,7 @@ void BM_CurveIntegral(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * kPoints);
     TalvoCurve::free(curve);
 }
-BENCHMARK(BM_CurveIntegral)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CurveIntegral)->Name("curve_integral/talvo")->Unit(benchmark::kMillisecond);
 
 void BM_CurveSojourn(benchmark::State& state) {
     TalvoCurve* curve = buildCurve();
@@ -89,7 +89,7 @@ void BM_CurveSojourn(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * kPoints);
     TalvoCurve::free(curve);
 }
-BENCHMARK(BM_CurveSojourn)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CurveSojourn)->Name("curve_sojourn/talvo")->Unit(benchmark::kMillisecond);
 
 // Peer: the same integral over two plain arrays, no point objects.
 void BM_PlainArrayIntegral(benchmark::State& state) {
@@ -106,7 +106,7 @@ void BM_PlainArrayIntegral(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations() * kPoints);
 }
-BENCHMARK(BM_PlainArrayIntegral)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PlainArrayIntegral)->Name("curve_integral/std")->Unit(benchmark::kMillisecond);
 
 void BM_CurveBuild(benchmark::State& state) {
     double bytes = 0.0;
@@ -123,6 +123,6 @@ void BM_CurveBuild(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * kPoints);
     state.counters["bytes_per_point"] = bytes / kPoints;
 }
-BENCHMARK(BM_CurveBuild)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_CurveBuild)->Name("curve_build/talvo")->Unit(benchmark::kMillisecond)->Iterations(3);
 
 }  // namespace

@@ -1,4 +1,5 @@
-// Lists and arrays against their standard counterparts, one million items each.
+// Lists and arrays against their standard counterparts and GLib's GQueue and
+// GList (when found), one million items each.
 #include <talvo/containers/TalvoArray.h>
 #include <talvo/containers/TalvoList.h>
 #include <talvo/foundation/TalvoInteger.h>
@@ -9,6 +10,10 @@
 #include <list>
 #include <random>
 #include <vector>
+
+#ifdef TALVO_BENCH_HAVE_GLIB
+#include <glib.h>
+#endif
 
 namespace {
 
@@ -169,15 +174,75 @@ void StdStableSort(benchmark::State& state) {
     perItem(state, N);
 }
 
+#ifdef TALVO_BENCH_HAVE_GLIB
+void GlibQueue(benchmark::State& state) {
+    int item = 0;
+    for (auto _ : state) {
+        GQueue* queue = g_queue_new();
+        for (int i = 0; i < N; ++i)
+            g_queue_push_tail(queue, &item);
+        for (int i = 0; i < N; ++i)
+            benchmark::DoNotOptimize(g_queue_pop_head(queue));
+        g_queue_free(queue);
+    }
+    perItem(state, N);
+}
+
+gint compareIntBoxes(gconstpointer a, gconstpointer b) {
+    int x = *static_cast<const int*>(a);
+    int y = *static_cast<const int*>(b);
+    return x < y ? -1 : (x > y ? 1 : 0);
+}
+
+// The boxes as a GList in the given order (prepended, then reversed).
+GList* glibListOf(const std::vector<int*>& values) {
+    GList* list = nullptr;
+    for (int* box : values)
+        list = g_list_prepend(list, box);
+    return g_list_reverse(list);
+}
+
+void GlibListSort(benchmark::State& state) {
+    std::vector<int*> values = boxes(state.range(0) != 0);
+    GList* list = nullptr;
+    for (auto _ : state) {
+        state.PauseTiming();
+        g_list_free(list);
+        list = glibListOf(values);
+        state.ResumeTiming();
+        list = g_list_sort(list, compareIntBoxes);
+    }
+    g_list_free(list);
+    freeBoxes(values);
+    perItem(state, N);
+}
+
+void GlibListWalk(benchmark::State& state) {
+    int item = 0;
+    GList* list = glibListOf(std::vector<int*>(N, &item));
+    for (auto _ : state) {
+        for (GList* cell = list; cell != nullptr; cell = cell->next)
+            benchmark::DoNotOptimize(cell->data);
+    }
+    g_list_free(list);
+    perItem(state, N);
+}
+#endif
+
 }  // namespace
 
-BENCHMARK(TalvoListQueue)->Unit(benchmark::kMillisecond);
-BENCHMARK(StdListQueue)->Unit(benchmark::kMillisecond);
-BENCHMARK(TalvoListQuickSort)->Arg(1)->Arg(0)->ArgName("random")->Unit(benchmark::kMillisecond);
-BENCHMARK(StdListSort)->Arg(1)->Arg(0)->ArgName("random")->Unit(benchmark::kMillisecond);
-BENCHMARK(TalvoListCursorWalk)->Unit(benchmark::kMillisecond);
-BENCHMARK(StdListWalk)->Unit(benchmark::kMillisecond);
-BENCHMARK(TalvoArraySetGet)->Unit(benchmark::kMillisecond);
-BENCHMARK(StdVectorSetGet)->Unit(benchmark::kMillisecond);
-BENCHMARK(TalvoArraySortBlock)->Arg(1)->Arg(0)->ArgName("random")->Unit(benchmark::kMillisecond);
-BENCHMARK(StdStableSort)->Arg(1)->Arg(0)->ArgName("random")->Unit(benchmark::kMillisecond);
+BENCHMARK(TalvoListQueue)->Name("list_queue/talvo")->Unit(benchmark::kMillisecond);
+BENCHMARK(StdListQueue)->Name("list_queue/std")->Unit(benchmark::kMillisecond);
+BENCHMARK(TalvoListQuickSort)->Name("list_sort/talvo")->Arg(1)->Arg(0)->ArgName("random")->Unit(benchmark::kMillisecond);
+BENCHMARK(StdListSort)->Name("list_sort/std")->Arg(1)->Arg(0)->ArgName("random")->Unit(benchmark::kMillisecond);
+BENCHMARK(TalvoListCursorWalk)->Name("list_walk/talvo")->Unit(benchmark::kMillisecond);
+BENCHMARK(StdListWalk)->Name("list_walk/std")->Unit(benchmark::kMillisecond);
+BENCHMARK(TalvoArraySetGet)->Name("array_set_get/talvo")->Unit(benchmark::kMillisecond);
+BENCHMARK(StdVectorSetGet)->Name("array_set_get/std")->Unit(benchmark::kMillisecond);
+BENCHMARK(TalvoArraySortBlock)->Name("array_sort_block/talvo")->Arg(1)->Arg(0)->ArgName("random")->Unit(benchmark::kMillisecond);
+BENCHMARK(StdStableSort)->Name("array_sort_block/std")->Arg(1)->Arg(0)->ArgName("random")->Unit(benchmark::kMillisecond);
+#ifdef TALVO_BENCH_HAVE_GLIB
+BENCHMARK(GlibQueue)->Name("list_queue/glib")->Unit(benchmark::kMillisecond);
+BENCHMARK(GlibListSort)->Name("list_sort/glib")->Arg(1)->Arg(0)->ArgName("random")->Unit(benchmark::kMillisecond);
+BENCHMARK(GlibListWalk)->Name("list_walk/glib")->Unit(benchmark::kMillisecond);
+#endif

@@ -1,6 +1,13 @@
 // Line counting and first-match extraction over ~10 MB of generated
-// English-like text, for the library's regex manager and std::regex
-// (ECMAScript) on the same patterns. Throughput is reported in bytes/s.
+// English-like text, for the library's regex manager, std::regex
+// (ECMAScript) and PCRE2 (interpreted and JIT, when found) on the same
+// patterns, which all engines read alike: the "lines" and "matched_bytes"
+// counters agree across engines. The text is bench/make_inputs.py's
+// text.txt when TALVO_BENCH_DATA names its directory, else the same kind of
+// text generated here. Throughput is reported in bytes/s.
+// Benchmark names are "regex_<count|extract>/<impl>/<pattern>".
+#include "support/BenchInputs.h"
+
 #include <talvo/foundation/TalvoRawString.h>
 #include <talvo/regex/TalvoRegexManager.h>
 
@@ -12,6 +19,11 @@
 #include <string>
 #include <vector>
 
+#ifdef TALVO_BENCH_HAVE_PCRE2
+#define PCRE2_CODE_UNIT_WIDTH 8
+#include <pcre2.h>
+#endif
+
 namespace {
 
 const std::size_t kTextBytes = 10 * 1000 * 1000;
@@ -20,6 +32,8 @@ const std::size_t kTextBytes = 10 * 1000 * 1000;
 // numbers and punctuation; fixed seed so every run sees the same text.
 const std::vector<std::string>& lines() {
     static std::vector<std::string> text = [] {
+        std::vector<std::string> fromFile = talvo_bench::readLines("text.txt");
+        if (!fromFile.empty()) return fromFile;
         static const char* words[] = {
             "the", "of", "and", "to", "a", "in", "that", "it", "was", "he", "his", "I", "with", "as",
             "had", "for", "you", "not", "be", "her", "on", "at", "by", "which", "have", "or", "from",
@@ -131,13 +145,97 @@ void extractStd(benchmark::State& state, const Pattern& p) {
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * textBytes()));
 }
 
+#ifdef TALVO_BENCH_HAVE_PCRE2
+// A compiled PCRE2 pattern with its match data, JIT-compiled on request.
+class Pcre2Pattern {
+public:
+    Pcre2Pattern(const char* pattern, bool jit) {
+        int error = 0;
+        PCRE2_SIZE offset = 0;
+        _code = pcre2_compile(reinterpret_cast<PCRE2_SPTR>(pattern), PCRE2_ZERO_TERMINATED, 0, &error, &offset,
+                              nullptr);
+        if (_code != nullptr && jit) pcre2_jit_compile(_code, PCRE2_JIT_COMPLETE);
+        _data = _code == nullptr ? nullptr : pcre2_match_data_create_from_pattern(_code, nullptr);
+    }
+    ~Pcre2Pattern() {
+        pcre2_match_data_free(_data);
+        pcre2_code_free(_code);
+    }
+    Pcre2Pattern(const Pcre2Pattern&) = delete;
+    Pcre2Pattern& operator=(const Pcre2Pattern&) = delete;
+
+    bool valid() const { return _code != nullptr; }
+    // Length of the first match in the line, -1 when none; its offset in *start.
+    long match(const std::string& line, std::size_t* start = nullptr) {
+        int rc = pcre2_match(_code, reinterpret_cast<PCRE2_SPTR>(line.data()), line.size(), 0, 0, _data, nullptr);
+        if (rc < 0) return -1;
+        PCRE2_SIZE* ovector = pcre2_get_ovector_pointer(_data);
+        if (start != nullptr) *start = ovector[0];
+        return static_cast<long>(ovector[1] - ovector[0]);
+    }
+
+private:
+    pcre2_code* _code = nullptr;
+    pcre2_match_data* _data = nullptr;
+};
+
+void countPcre2(benchmark::State& state, const Pattern& p, bool jit) {
+    Pcre2Pattern re(p.ecmascript, jit);
+    if (!re.valid()) {
+        state.SkipWithError("PCRE2 did not compile the pattern");
+        return;
+    }
+    long matched = 0;
+    for (auto _ : state) {
+        matched = 0;
+        for (const std::string& line : lines()) matched += re.match(line) >= 0;
+        benchmark::DoNotOptimize(matched);
+    }
+    state.counters["lines"] = static_cast<double>(matched);
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * textBytes()));
+}
+
+void extractPcre2(benchmark::State& state, const Pattern& p, bool jit) {
+    Pcre2Pattern re(p.ecmascript, jit);
+    if (!re.valid()) {
+        state.SkipWithError("PCRE2 did not compile the pattern");
+        return;
+    }
+    long bytes = 0;
+    for (auto _ : state) {
+        bytes = 0;
+        for (const std::string& line : lines()) {
+            std::size_t start = 0;
+            long length = re.match(line, &start);
+            if (length >= 0) {
+                // an owned copy, as the other engines return
+                std::string found(line, start, static_cast<std::size_t>(length));
+                bytes += static_cast<long>(found.size());
+            }
+        }
+        benchmark::DoNotOptimize(bytes);
+    }
+    state.counters["matched_bytes"] = static_cast<double>(bytes);
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * textBytes()));
+}
+#endif
+
 int registerAll() {
     for (const Pattern& p : kPatterns) {
         std::string name = p.name;
-        benchmark::RegisterBenchmark(("count/talvo/" + name).c_str(), countTalvo, p)->Unit(benchmark::kMillisecond);
-        benchmark::RegisterBenchmark(("count/std/" + name).c_str(), countStd, p)->Unit(benchmark::kMillisecond);
-        benchmark::RegisterBenchmark(("extract/talvo/" + name).c_str(), extractTalvo, p)->Unit(benchmark::kMillisecond);
-        benchmark::RegisterBenchmark(("extract/std/" + name).c_str(), extractStd, p)->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark(("regex_count/talvo/" + name).c_str(), countTalvo, p)->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark(("regex_count/std/" + name).c_str(), countStd, p)->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark(("regex_extract/talvo/" + name).c_str(), extractTalvo, p)->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark(("regex_extract/std/" + name).c_str(), extractStd, p)->Unit(benchmark::kMillisecond);
+#ifdef TALVO_BENCH_HAVE_PCRE2
+        for (bool jit : {false, true}) {
+            std::string impl = jit ? "pcre2jit/" : "pcre2/";
+            benchmark::RegisterBenchmark(("regex_count/" + impl + name).c_str(), countPcre2, p, jit)
+                ->Unit(benchmark::kMillisecond);
+            benchmark::RegisterBenchmark(("regex_extract/" + impl + name).c_str(), extractPcre2, p, jit)
+                ->Unit(benchmark::kMillisecond);
+        }
+#endif
     }
     return 0;
 }

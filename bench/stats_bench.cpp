@@ -75,15 +75,15 @@ void BM_TalvoShuffledUniformDraw(benchmark::State& state) {
     delete r;
 }
 
-BENCHMARK(BM_TalvoUniformDraw);
-BENCHMARK(BM_StdUniform);
-BENCHMARK(BM_TalvoNormalDraw);
-BENCHMARK(BM_StdNormal);
-BENCHMARK(BM_TalvoExponentialDraw);
-BENCHMARK(BM_StdExponential);
-BENCHMARK(BM_TalvoGammaDraw);
-BENCHMARK(BM_StdGamma);
-BENCHMARK(BM_TalvoShuffledUniformDraw);
+BENCHMARK(BM_TalvoUniformDraw)->Name("rand_uniform/talvo");
+BENCHMARK(BM_StdUniform)->Name("rand_uniform/std");
+BENCHMARK(BM_TalvoNormalDraw)->Name("rand_normal/talvo");
+BENCHMARK(BM_StdNormal)->Name("rand_normal/std");
+BENCHMARK(BM_TalvoExponentialDraw)->Name("rand_exponential/talvo");
+BENCHMARK(BM_StdExponential)->Name("rand_exponential/std");
+BENCHMARK(BM_TalvoGammaDraw)->Name("rand_gamma/talvo");
+BENCHMARK(BM_StdGamma)->Name("rand_gamma/std");
+BENCHMARK(BM_TalvoShuffledUniformDraw)->Name("rand_uniform_shuffled/talvo");
 
 // --- quantilizer
 
@@ -103,7 +103,7 @@ void BM_QuantilizerAddValue(benchmark::State& state) {
     state.counters["bytes"] = q->getSizeInBytes();
     delete q;
 }
-BENCHMARK(BM_QuantilizerAddValue);
+BENCHMARK(BM_QuantilizerAddValue)->Name("quantilizer_add_value/talvo");
 
 // Largest distance between the rank each extracted quantile should have and
 // the ranks its value occupies in the sorted data, as a fraction of n.
@@ -167,8 +167,82 @@ void BM_QuantilizerRankErrorParetoHalf(benchmark::State& state) {
     });
 }
 
-BENCHMARK(BM_QuantilizerRankErrorUniform)->Iterations(1)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_QuantilizerRankErrorPareto)->Iterations(1)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_QuantilizerRankErrorParetoHalf)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_QuantilizerRankErrorUniform)->Name("quantile_accuracy_uniform/talvo")->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_QuantilizerRankErrorPareto)->Name("quantile_accuracy_pareto/talvo")->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_QuantilizerRankErrorParetoHalf)->Name("quantile_accuracy_pareto_half/talvo")->Iterations(1)->Unit(benchmark::kMillisecond);
+
+// --- quantiles of 1e6 values: the quantilizer (bounded memory, approximate)
+// against exact answers from a sorted copy and from nth_element selections.
+
+const std::size_t kQuantileValues = 1000000;
+
+const std::vector<double>& quantileInput() {
+    static const std::vector<double> values = [] {
+        std::mt19937_64 engine(11);
+        std::uniform_real_distribution<double> uniform(0.0, 1.0);
+        std::vector<double> v(kQuantileValues);
+        for (double& x : v)
+            x = uniform(engine);
+        return v;
+    }();
+    return values;
+}
+
+// 0-based rank of the j-th of kQuantiles quantiles (j from 0) among n values.
+std::size_t quantileRank(int j, std::size_t n) {
+    return static_cast<std::size_t>((j + 1) * static_cast<double>(n) / kQuantiles) - 1;
+}
+
+void BM_QuantilesQuantilizer(benchmark::State& state) {
+    for (auto _ : state) {
+        TalvoQuantilizer* q = new TalvoQuantilizer(kBuffers, kBufferSize);
+        for (double v : quantileInput())
+            q->addValue(v);
+        TalvoQuantileTable* quantiles = q->extractQuantiles(kQuantiles);
+        benchmark::DoNotOptimize(quantiles->getQuantile(kQuantiles / 2));
+        delete quantiles;
+        delete q;
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<long long>(kQuantileValues));
+}
+
+void BM_QuantilesSort(benchmark::State& state) {
+    std::vector<double> result(kQuantiles);
+    for (auto _ : state) {
+        std::vector<double> values = quantileInput();
+        std::sort(values.begin(), values.end());
+        for (int j = 0; j < kQuantiles; ++j)
+            result[j] = values[quantileRank(j, values.size())];
+        benchmark::DoNotOptimize(result.data());
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<long long>(kQuantileValues));
+}
+
+// Places the quantiles first..last (indexes) at their ranks in [begin, end):
+// select the middle one, then each half on its own side.
+void selectQuantiles(std::vector<double>& v, std::size_t begin, std::size_t end, int first, int last) {
+    if (first > last) return;
+    int middle = first + (last - first) / 2;
+    std::size_t rank = quantileRank(middle, v.size());
+    std::nth_element(v.begin() + begin, v.begin() + rank, v.begin() + end);
+    selectQuantiles(v, begin, rank, first, middle - 1);
+    selectQuantiles(v, rank + 1, end, middle + 1, last);
+}
+
+void BM_QuantilesNthElement(benchmark::State& state) {
+    std::vector<double> result(kQuantiles);
+    for (auto _ : state) {
+        std::vector<double> values = quantileInput();
+        selectQuantiles(values, 0, values.size(), 0, kQuantiles - 1);
+        for (int j = 0; j < kQuantiles; ++j)
+            result[j] = values[quantileRank(j, values.size())];
+        benchmark::DoNotOptimize(result.data());
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<long long>(kQuantileValues));
+}
+
+BENCHMARK(BM_QuantilesQuantilizer)->Name("quantiles_1e6/talvo")->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_QuantilesSort)->Name("quantiles_1e6/sort")->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_QuantilesNthElement)->Name("quantiles_1e6/nth_element")->Unit(benchmark::kMillisecond);
 
 }  // namespace

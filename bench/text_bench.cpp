@@ -223,15 +223,15 @@ void BM_AppendFresh_StdStringPushBack(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(BM_Read_TalvoGetChar)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Read_TalvoGetCharVirtual)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Read_Fgetc)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Read_GetcUnlocked)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Write_TalvoPutChar)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Write_TalvoPutCharVirtual)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Write_Fputc)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Write_PutcUnlocked)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Append_TalvoCharBuffer);
-BENCHMARK(BM_Append_StdStringPushBack);
-BENCHMARK(BM_AppendFresh_TalvoCharBuffer);
-BENCHMARK(BM_AppendFresh_StdStringPushBack);
+BENCHMARK(BM_Read_TalvoGetChar)->Name("read_char/talvo")->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Read_TalvoGetCharVirtual)->Name("read_char_virtual/talvo")->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Read_Fgetc)->Name("read_char/stdio")->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Read_GetcUnlocked)->Name("read_char/stdio_unlocked")->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Write_TalvoPutChar)->Name("write_char/talvo")->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Write_TalvoPutCharVirtual)->Name("write_char_virtual/talvo")->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Write_Fputc)->Name("write_char/stdio")->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Write_PutcUnlocked)->Name("write_char/stdio_unlocked")->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Append_TalvoCharBuffer)->Name("append_char/talvo");
+BENCHMARK(BM_Append_StdStringPushBack)->Name("append_char/std");
+BENCHMARK(BM_AppendFresh_TalvoCharBuffer)->Name("append_char_fresh/talvo");
+BENCHMARK(BM_AppendFresh_StdStringPushBack)->Name("append_char_fresh/std");

@@ -269,18 +269,18 @@ void UnorderedSet_Erase(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(AVL_Insert)->Unit(benchmark::kMillisecond);
-BENCHMARK(Multiset_Insert)->Unit(benchmark::kMillisecond);
-BENCHMARK(AVL_SearchByCompare)->Unit(benchmark::kMillisecond);
-BENCHMARK(Multiset_Find)->Unit(benchmark::kMillisecond);
-BENCHMARK(AVL_Remove)->Unit(benchmark::kMillisecond);
-BENCHMARK(Multiset_Erase)->Unit(benchmark::kMillisecond);
-BENCHMARK(AVL_Walk)->Unit(benchmark::kMillisecond);
-BENCHMARK(Multiset_Walk)->Unit(benchmark::kMillisecond);
-BENCHMARK(Hash_Insert)->Unit(benchmark::kMillisecond);
-BENCHMARK(UnorderedSet_Insert)->Unit(benchmark::kMillisecond);
-BENCHMARK(Hash_LookForItem)->Arg(kItems)->Arg(10000)->Unit(benchmark::kMillisecond);
-BENCHMARK(Hash_Contains)->Arg(kItems)->Arg(10000)->Unit(benchmark::kMillisecond);
-BENCHMARK(UnorderedSet_Find)->Arg(kItems)->Arg(10000)->Unit(benchmark::kMillisecond);
-BENCHMARK(Hash_Remove)->Unit(benchmark::kMillisecond);
-BENCHMARK(UnorderedSet_Erase)->Unit(benchmark::kMillisecond);
+BENCHMARK(AVL_Insert)->Name("avl_insert_shuffled/talvo")->Unit(benchmark::kMillisecond);
+BENCHMARK(Multiset_Insert)->Name("avl_insert_shuffled/std")->Unit(benchmark::kMillisecond);
+BENCHMARK(AVL_SearchByCompare)->Name("avl_find_shuffled/talvo")->Unit(benchmark::kMillisecond);
+BENCHMARK(Multiset_Find)->Name("avl_find_shuffled/std")->Unit(benchmark::kMillisecond);
+BENCHMARK(AVL_Remove)->Name("avl_remove_shuffled/talvo")->Unit(benchmark::kMillisecond);
+BENCHMARK(Multiset_Erase)->Name("avl_remove_shuffled/std")->Unit(benchmark::kMillisecond);
+BENCHMARK(AVL_Walk)->Name("avl_walk/talvo")->Unit(benchmark::kMillisecond);
+BENCHMARK(Multiset_Walk)->Name("avl_walk/std")->Unit(benchmark::kMillisecond);
+BENCHMARK(Hash_Insert)->Name("hash_insert_shuffled/talvo")->Unit(benchmark::kMillisecond);
+BENCHMARK(UnorderedSet_Insert)->Name("hash_insert_shuffled/std")->Unit(benchmark::kMillisecond);
+BENCHMARK(Hash_LookForItem)->Name("hash_look_for_item/talvo")->Arg(kItems)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(Hash_Contains)->Name("hash_find/talvo")->Arg(kItems)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(UnorderedSet_Find)->Name("hash_find/std")->Arg(kItems)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(Hash_Remove)->Name("hash_remove/talvo")->Unit(benchmark::kMillisecond);
+BENCHMARK(UnorderedSet_Erase)->Name("hash_remove/std")->Unit(benchmark::kMillisecond);

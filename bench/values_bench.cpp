@@ -126,11 +126,11 @@ void BM_ConstantAdd(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(BM_DictionarySetEntry)->Unit(benchmark::kMillisecond)->Iterations(3);
-BENCHMARK(BM_MapInsert)->Unit(benchmark::kMillisecond)->Iterations(3);
-BENCHMARK(BM_DictionaryGetEntry)->Unit(benchmark::kMillisecond)->Iterations(3);
-BENCHMARK(BM_MapFind)->Unit(benchmark::kMillisecond)->Iterations(3);
-BENCHMARK(BM_DictionaryRemoveEntry)->Unit(benchmark::kMillisecond)->Iterations(3);
-BENCHMARK(BM_MapErase)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_DictionarySetEntry)->Name("dict_set/talvo")->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_MapInsert)->Name("dict_set/std")->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_DictionaryGetEntry)->Name("dict_get/talvo")->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_MapFind)->Name("dict_get/std")->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_DictionaryRemoveEntry)->Name("dict_remove/talvo")->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_MapErase)->Name("dict_remove/std")->Unit(benchmark::kMillisecond)->Iterations(3);
 // 0: int + int stays an int; 1: the sum turns double on the first call.
-BENCHMARK(BM_ConstantAdd)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK(BM_ConstantAdd)->Name("constant_add/talvo")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(3);

@@ -165,8 +165,8 @@ void BM_TalvoParsePrint(benchmark::State& state) {
     ->Args({Config, 1})->Args({Records, 1})->Args({Text, 1}) \
     ->Args({Config, 10})->Args({Records, 10})->Args({Text, 10})->Unit(benchmark::kMillisecond)
 
-BENCHMARK(BM_TalvoParse) TALVO_BENCH_SIZES;
-BENCHMARK(BM_TalvoParsePrint) TALVO_BENCH_SIZES;
+BENCHMARK(BM_TalvoParse)->Name("xml_own_parse/talvo") TALVO_BENCH_SIZES;
+BENCHMARK(BM_TalvoParsePrint)->Name("xml_own_parse_print/talvo") TALVO_BENCH_SIZES;
 
 // --- libxml2: the DOM reader and its dump, white space kept as text nodes.
 
@@ -192,8 +192,8 @@ void BM_Libxml2ParsePrint(benchmark::State& state) {
     });
 }
 
-BENCHMARK(BM_Libxml2Parse) TALVO_BENCH_SIZES;
-BENCHMARK(BM_Libxml2ParsePrint) TALVO_BENCH_SIZES;
+BENCHMARK(BM_Libxml2Parse)->Name("xml_own_parse/libxml2") TALVO_BENCH_SIZES;
+BENCHMARK(BM_Libxml2ParsePrint)->Name("xml_own_parse_print/libxml2") TALVO_BENCH_SIZES;
 #endif
 
 // --- tinyxml2: loads the whole file into memory, then parses in place.
@@ -224,8 +224,8 @@ void BM_Tinyxml2ParsePrint(benchmark::State& state) {
     });
 }
 
-BENCHMARK(BM_Tinyxml2Parse) TALVO_BENCH_SIZES;
-BENCHMARK(BM_Tinyxml2ParsePrint) TALVO_BENCH_SIZES;
+BENCHMARK(BM_Tinyxml2Parse)->Name("xml_own_parse/tinyxml2") TALVO_BENCH_SIZES;
+BENCHMARK(BM_Tinyxml2ParsePrint)->Name("xml_own_parse_print/tinyxml2") TALVO_BENCH_SIZES;
 #endif
 
 }  // namespace

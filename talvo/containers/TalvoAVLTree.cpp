@@ -213,6 +213,24 @@ TalvoAVLTreeNode* TalvoAVLTree::_lowerBound(TalvoCompareFunction compare, void* 
     return bound;
 }
 
+TalvoAVLTreeNode* TalvoAVLTree::_lowerBoundWithLeaf(TalvoCompareFunction compare, void* key,
+                                                     TalvoAVLTreeNode*& leaf, bool& left) {
+    TalvoAVLTreeNode* bound = nullptr;
+    leaf = nullptr;
+    left = false;
+    for (TalvoAVLTreeNode* n = root; n;) {
+        leaf = n;
+        left = compare(n->item, key) >= 0;
+        if (left) {
+            bound = n;
+            n = n->left;
+        } else {
+            n = n->right;
+        }
+    }
+    return bound;
+}
+
 // The first node in order holding that very pointer. A null pointer is
 // looked for by a plain walk, so that compare never sees it here.
 TalvoAVLTreeNode* TalvoAVLTree::_findNode(void* item) {
@@ -321,6 +339,20 @@ void TalvoAVLTree::insertItem(void* item) {
         n = child;
     }
     _rebalanceUpFrom(n);
+}
+
+void TalvoAVLTree::_attachLeaf(void* item, TalvoAVLTreeNode* leaf, bool left) {
+    TalvoAVLTreeNode* fresh = new TalvoAVLTreeNode(item);
+    if (!fresh)
+        return;
+    count++;
+    if (!leaf) {
+        root = fresh;
+        return;
+    }
+    (left ? leaf->left : leaf->right) = fresh;
+    fresh->parent = leaf;
+    _rebalanceUpFrom(leaf);
 }
 
 void TalvoAVLTree::removeItem(void* item) {

@@ -222,12 +222,21 @@ public:
 
 private:
     friend class TalvoAVLTreeCursor;
+    friend class TalvoDictionary;  // setEntry searches and inserts in one descent
 
     void _relink(TalvoAVLTreeNode* parent, TalvoAVLTreeNode* from, TalvoAVLTreeNode* to);
     void _rebalanceUpFrom(TalvoAVLTreeNode* node);
     void _removeNode(TalvoAVLTreeNode* node);
     void _removeAllNodes();
     TalvoAVLTreeNode* _lowerBound(TalvoCompareFunction compare, void* key);
+    // _lowerBound that also gives the last node of its descent and the side
+    // it would go on (null for an empty tree). When no Item compares equal to
+    // `key`, that is where insertItem attaches an Item ordered like `key`.
+    TalvoAVLTreeNode* _lowerBoundWithLeaf(TalvoCompareFunction compare, void* key, TalvoAVLTreeNode*& leaf,
+                                          bool& left);
+    // insertItem's second half: a new node for `item` as the `left` or right
+    // child of `leaf` (the root when leaf is null), then rebalancing.
+    void _attachLeaf(void* item, TalvoAVLTreeNode* leaf, bool left);
     TalvoAVLTreeNode* _findNode(void* item);
     TalvoAVLTreeNode* _nthNode(int n);
     bool _removeOneOccurrence(void* item);

@@ -30,17 +30,25 @@ char* TalvoDictionary::getEntry(const char* key) const {
     return entry ? entry->getValueAsString() : nullptr;
 }
 
+// One descent serves both the search and the insertion: when no entry has
+// the key, the lower-bound descent by key ends where insertItem would attach
+// the new entry (keys compare alike by name in both orders).
 void TalvoDictionary::setEntry(const char* key, const char* definition) {
-    TalvoAttribute* entry = getAttribute(key);
-    if (entry) {
-        entry->setValue(definition);
+    if (!_tree) {
+        TalvoAttribute::free(new TalvoAttribute(key, definition));
         return;
     }
-    entry = new TalvoAttribute(key, definition);
-    if (entry && _tree)
-        _tree->insertItem(entry);
-    else
-        TalvoAttribute::free(entry);
+    TalvoAVLTreeNode* leaf;
+    bool left;
+    void* keyItem = const_cast<char*>(key);
+    TalvoAVLTreeNode* bound = _tree->_lowerBoundWithLeaf(TalvoHandle::compareKey, keyItem, leaf, left);
+    if (bound && TalvoHandle::compareKey(bound->getItem(), keyItem) == 0) {
+        static_cast<TalvoAttribute*>(bound->getItem())->setValue(definition);
+        return;
+    }
+    TalvoAttribute* entry = new TalvoAttribute(key, definition);
+    if (entry)
+        _tree->_attachLeaf(entry, leaf, left);
 }
 
 void TalvoDictionary::removeEntry(const char* key) {

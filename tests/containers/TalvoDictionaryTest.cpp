@@ -133,3 +133,20 @@ TEST(TalvoDictionaryCursor, RemoveItemAndIncrement_HandsTheEntryToTheCaller) {
     EXPECT_FALSE(dictionary.hasEntry("a"));
     delete cursor;
 }
+
+TEST(TalvoDictionary, SetEntry_AfterRemovalsInsertsInKeyOrderAndReplacesInPlace) {
+    TalvoDictionary dictionary;
+    std::string expected;
+    for (int i = 0; i < 300; ++i)
+        dictionary.setEntry(("k" + std::to_string(i * 7 % 300 + 1000)).c_str(), "old");
+    for (int i = 0; i < 300; i += 3)
+        dictionary.removeEntry(("k" + std::to_string(i + 1000)).c_str());
+    for (int i = 299; i >= 0; --i)
+        dictionary.setEntry(("k" + std::to_string(i + 1000)).c_str(), i % 3 == 0 ? "new" : "again");
+    for (int i = 0; i < 300; ++i)
+        expected += (i ? ",k" : "k") + std::to_string(i + 1000);
+    EXPECT_EQ(keysInOrder(dictionary), expected);
+    EXPECT_EQ(dictionary.getNumberOfEntries(), 300);
+    for (int i = 0; i < 300; ++i)
+        EXPECT_STREQ(dictionary.getEntry(("k" + std::to_string(i + 1000)).c_str()), i % 3 == 0 ? "new" : "again");
+}
