@@ -1,5 +1,7 @@
 #include "support/TalvoTest.h"
 
+#include "ContainerTestHelpers.h"
+
 #include <talvo/containers/TalvoList.h>
 
 #include <climits>
@@ -7,24 +9,7 @@
 
 namespace {
 
-int v[10] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
-void* I(int i) { return &v[i]; }
-
-std::vector<void*> forward(TalvoList* list) {
-    std::vector<void*> items;
-    TalvoListCursor cursor(list);
-    for (cursor.resetOnFirstItem(); !cursor.isAfterLastItem(); cursor.increment())
-        items.push_back(cursor.getItem());
-    return items;
-}
-
-std::vector<void*> backward(TalvoList* list) {
-    std::vector<void*> items;
-    TalvoListCursor cursor(list);
-    for (cursor.resetOnLastItem(); !cursor.isBeforeFirstItem(); cursor.decrement())
-        items.insert(items.begin(), cursor.getItem());
-    return items;
-}
+using namespace containertest;
 
 // The cursor's full state: item, both flags, on first, on last.
 struct State {

@@ -1,5 +1,7 @@
 #include "support/TalvoTest.h"
 
+#include "ContainerTestHelpers.h"
+
 #include <talvo/containers/TalvoList.h>
 #include <talvo/foundation/TalvoComparator.h>
 #include <talvo/foundation/TalvoInteger.h>
@@ -9,25 +11,7 @@
 
 namespace {
 
-// Items are the addresses of these ints: the list compares them by identity.
-int v[10] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
-void* I(int i) { return &v[i]; }
-
-std::vector<void*> forward(TalvoList* list) {
-    std::vector<void*> items;
-    TalvoListCursor cursor(list);
-    for (cursor.resetOnFirstItem(); !cursor.isAfterLastItem(); cursor.increment())
-        items.push_back(cursor.getItem());
-    return items;
-}
-
-std::vector<void*> backward(TalvoList* list) {
-    std::vector<void*> items;
-    TalvoListCursor cursor(list);
-    for (cursor.resetOnLastItem(); !cursor.isBeforeFirstItem(); cursor.decrement())
-        items.insert(items.begin(), cursor.getItem());
-    return items;
-}
+using namespace containertest;
 
 // Checks the next links (walk from first), the previous links (walk from
 // last), first, last and the count.
