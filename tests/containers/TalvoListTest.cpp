@@ -345,28 +345,28 @@ TEST(TalvoList, LinearOperationsFollowTheirOrderAndClearMarks) {
 
 // ---------------------------------------------------------------- sorting
 
-TEST(TalvoList, QuickSortIsStableOnEqualKeys) {
+// Every sort entry point keeps equal keys in their original order.
+TEST(TalvoList, SortsAreStableOnEqualKeys) {
     int a = 21, b = 15, c = 25, d = 11, e = 29, f = 3;
-    TalvoList list(6, &a, &b, &c, &d, &e, &f);
-    list.quickSort(compareTens);
-    expectList(&list, {&f, &b, &d, &a, &c, &e});
+    struct {
+        const char* name;
+        void (*sort)(TalvoList&);
+    } sorts[] = {{"quick", [](TalvoList& l) { l.quickSort(compareTens); }},
+                 {"quick access", [](TalvoList& l) { l.quickSort(tensAccess, compareTens, nullptr); }},
+                 {"bubble", [](TalvoList& l) { l.bubbleSort(compareTens); }}};
+    for (auto& sort : sorts) {
+        SCOPED_TRACE(sort.name);
+        TalvoList list(6, &a, &b, &c, &d, &e, &f);
+        sort.sort(list);
+        expectList(&list, {&f, &b, &d, &a, &c, &e});
+    }
     TalvoList list2(6, &a, &b, &c, &d, &e, &f);
     TensComparator tens;
     list2.quickSort(&tens);
     expectList(&list2, {&f, &b, &d, &a, &c, &e});
-    TalvoList list3(6, &a, &b, &c, &d, &e, &f);
-    list3.quickSort(tensAccess, compareTens, nullptr);
-    expectList(&list3, {&f, &b, &d, &a, &c, &e});
     TalvoList empty;
     empty.quickSort(compareTens);
     expectList(&empty, {});
-}
-
-TEST(TalvoList, BubbleSortIsStableOnEqualKeys) {
-    int a = 21, b = 15, c = 25, d = 11, e = 29, f = 3;
-    TalvoList list(6, &a, &b, &c, &d, &e, &f);
-    list.bubbleSort(compareTens);
-    expectList(&list, {&f, &b, &d, &a, &c, &e});
     TalvoList one(1, &a);
     one.bubbleSort(compareTens);
     expectList(&one, {&a});
