@@ -3,6 +3,7 @@
 #include "RegexTestHelpers.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 using regex_test::dump;
@@ -93,10 +94,7 @@ TEST(TalvoRegexManager, CompilePattern_NewlineIsEchoedAndIgnored) {
     EXPECT_EQ(out, "\n");
     EXPECT_EQ(compileDump("\na\n\n", &out), "a");
     EXPECT_EQ(out, "\n\n\n");
-}
-
-TEST(TalvoRegexManager, CompilePattern_NewlineEndsNoClassSoBracketIsAnError) {
-    std::string out, err;
+    std::string err;  // a newline ends no class, so the bracket is an error
     EXPECT_EQ(compileDump("[a\nb]", &out, &err), "no tree");
     EXPECT_EQ(err, "syntax error");
     EXPECT_EQ(out, "\n");  // newlines after the error are still read and echoed
@@ -151,20 +149,13 @@ TEST(TalvoRegexManager, PrintTopRegex_WritesPatternSyntax) {
     empty.printTopRegex(static_cast<FILE*>(nullptr));  // no tree yet, no file: nothing happens
 }
 
-TEST(TalvoRegexManager, Constructor_NullPatternNeverCompiles) {
-    TalvoRegexManager manager(nullptr);
-    EXPECT_EQ(manager.getChar(), 0);
+TEST(TalvoRegexManager, GetChar_StopsAtTheTerminatorAndNullNeverCompiles) {
+    TalvoRegexManager manager("ab"), none(nullptr);
+    for (int expected : {int('a'), int('b'), 0, 0}) EXPECT_EQ(manager.getChar(), expected);
+    EXPECT_EQ(none.getChar(), 0);
     testing::internal::CaptureStderr();
-    EXPECT_EQ(manager.matchPattern("a"), -1);
+    EXPECT_EQ(none.matchPattern("a"), -1);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "syntax error");
-}
-
-TEST(TalvoRegexManager, GetChar_StopsAtTheTerminator) {
-    TalvoRegexManager manager("ab");
-    EXPECT_EQ(manager.getChar(), 'a');
-    EXPECT_EQ(manager.getChar(), 'b');
-    EXPECT_EQ(manager.getChar(), 0);
-    EXPECT_EQ(manager.getChar(), 0);
 }
 
 // --- Matching semantics
@@ -198,18 +189,14 @@ TEST(TalvoRegexManager, MatchPattern_FirstSuccessAtLeftmostStart) {
     });
 }
 
-TEST(TalvoRegexManager, MatchPattern_PlusFallsBackBeforeItsIteration) {
+TEST(TalvoRegexManager, MatchPattern_PlusFallsBackBeforeItsIterationOnly) {
     expectSearches({
         {"a+ab", "ab", 0, "ab"},
         {"a+a", "a", 0, "a"},
         {"a+aa", "aa", 0, "aa"},
         {"a+b", "b", -1, "<null>"},        // the first iteration is still required
         {"(ab)+ab", "ab", 0, "ab"},
-    });
-}
-
-TEST(TalvoRegexManager, MatchPattern_IterationIsNeverRevised) {
-    expectSearches({
+        // an iteration is never revised
         {"(a|ab)*c", "abc", 2, "c"},
         {"(a|ab)(c)", "abc", 0, "abc"},     // outside a repetition the group backtracks
         {"(a*)a", "aaa", 0, "aaa"},        // a group is no repetition: a* gives back
@@ -297,27 +284,26 @@ TEST(TalvoRegexManager, MatchPattern_EscapesAndBackslash) {
     });
 }
 
-TEST(TalvoRegexManager, MatchPattern_CapturesFromAbandonedPathsStay) {
-    TalvoRegexManager manager("(a)x|ab");
-    EXPECT_EQ(manager.matchPattern("ab"), 0);
-    EXPECT_EQ(slot(&manager, 1), "a");
-    TalvoRegexManager repeat("(a|b)*");
-    EXPECT_EQ(repeat.matchPattern("ab"), 0);
-    EXPECT_EQ(slot(&repeat, 1), "b");
-    TalvoRegexManager failed("(a)(b)z");
-    EXPECT_EQ(failed.matchPattern("abab"), -1);
-    EXPECT_EQ(slot(&failed, 1), "a");
-    EXPECT_EQ(slot(&failed, 2), "b");
-    EXPECT_EQ(slot(&failed, 0), "<null>");
-}
+namespace {
 
-TEST(TalvoRegexManager, MatchPattern_ExampleCapturesAllSlots) {
-    TalvoRegexManager manager("(a)(b)\\2\\1");
-    EXPECT_EQ(manager.matchPattern("xabba"), 1);
-    EXPECT_EQ(slot(&manager, 0), "abba");
-    EXPECT_EQ(slot(&manager, 1), "a");
-    EXPECT_EQ(slot(&manager, 2), "b");
-    EXPECT_EQ(slot(&manager, 3), "<null>");
+struct Slots { const char* pattern; const char* subject; int start; std::vector<std::pair<int, const char*>> slots; };
+
+}  // namespace
+
+TEST(TalvoRegexManager, MatchPattern_SlotsAfterASearch) {
+    const Slots table[] = {
+        {"(a)x|ab", "ab", 0, {{1, "a"}}},  // captures from abandoned paths stay
+        {"(a|b)*", "ab", 0, {{1, "b"}}},
+        {"(a)(b)z", "abab", -1, {{1, "a"}, {2, "b"}, {0, "<null>"}}},
+        {"(a)(b)\\2\\1", "xabba", 1, {{0, "abba"}, {1, "a"}, {2, "b"}, {3, "<null>"}}},
+        {"(a*)*", "aab", 0, {{0, "aa"}, {1, ""}}},  // the last completed iteration matched nothing
+    };
+    for (const Slots& t : table) {
+        TalvoRegexManager manager(t.pattern);
+        EXPECT_EQ(manager.matchPattern(t.subject), t.start) << t.pattern << " on " << t.subject;
+        for (const auto& expected : t.slots)
+            EXPECT_EQ(slot(&manager, expected.first), expected.second) << t.pattern << " slot " << expected.first;
+    }
 }
 
 TEST(TalvoRegexManager, MatchPattern_EmptyIterationsEnd) {
@@ -332,10 +318,6 @@ TEST(TalvoRegexManager, MatchPattern_EmptyIterationsEnd) {
         {"(\\1a)*", "aa", 0, ""},
         {"(x*)*\\1y", "xxy", 0, "xxy"},
     });
-    TalvoRegexManager manager("(a*)*");
-    EXPECT_EQ(manager.matchPattern("aab"), 0);
-    EXPECT_EQ(slot(&manager, 0), "aa");
-    EXPECT_EQ(slot(&manager, 1), "");   // the last completed iteration matched nothing
 }
 
 TEST(TalvoRegexManager, Captures_PersistBetweenOperations) {
