@@ -28,16 +28,14 @@ std::vector<double> slotsOf(const TalvoQuantileTable* t) {
 
 }  // namespace
 
-TEST(TalvoQuantileTable, GetQuantile_OutsideCapacityGivesZero) {
+TEST(TalvoQuantileTable, OutsideCapacityGivesZeroAndCopiesFit) {
     TalvoQuantileTable* t = new TalvoQuantileTable(2);
     EXPECT_EQ(0.0, t->getQuantile(-1));
     EXPECT_EQ(0.0, t->getQuantile(2));
     EXPECT_EQ(-2147483648.0, t->getLowerBound());
     EXPECT_EQ(56, t->getSizeInBytes());
     delete t;
-}
-
-TEST(TalvoQuantileTable, CopyContent_SmallerSourceCopiesWhatBothHold) {
+    // copyContent between sizes copies what both hold
     TalvoQuantileTable* small = new TalvoQuantileTable(1);
     TalvoQuantileTable* large = new TalvoQuantileTable(3);
     large->copyContent(small);

@@ -29,15 +29,12 @@ TEST(TalvoCharBuffer, AppendString_GrowsByWholeIncrements) {
     buffer.append("");
     EXPECT_STREQ(buffer.getString(), "abcdefghijklmnopqr");
     EXPECT_EQ(buffer.getLength(), 18);
-}
-
-TEST(TalvoCharBuffer, AppendEmptyString_AllocatesFirstBlock) {
-    TalvoCharBuffer buffer(8);
-    buffer.append("");
-    ASSERT_NE(buffer.getString(), nullptr);
-    EXPECT_STREQ(buffer.getString(), "");
-    buffer.append(static_cast<const char*>(nullptr));
-    EXPECT_EQ(buffer.getLength(), 0);
+    TalvoCharBuffer empty(8);  // "" allocates the first block
+    empty.append("");
+    ASSERT_NE(empty.getString(), nullptr);
+    EXPECT_STREQ(empty.getString(), "");
+    empty.append(static_cast<const char*>(nullptr));
+    EXPECT_EQ(empty.getLength(), 0);
 }
 
 TEST(TalvoCharBuffer, AppendOwnText_CopiesBeforeReleasingOldBlock) {
@@ -64,15 +61,12 @@ TEST(TalvoCharBuffer, PopChar_LeavesTerminatorInPlace) {
     EXPECT_STREQ(buffer.getString(), "ab");  // shown until the next append
     buffer.pushChar('c');
     EXPECT_STREQ(buffer.getString(), "ac");
-}
-
-TEST(TalvoCharBuffer, PopChar_OnEmptyReturnsZero) {
+    buffer.popChar();
+    buffer.popChar();
+    EXPECT_EQ(buffer.popChar(), '\0');  // empty
+    EXPECT_EQ(buffer.getLength(), 0);
     TalvoCharBuffer never(32);
     EXPECT_EQ(never.popChar(), '\0');
-    TalvoCharBuffer buffer("x");
-    buffer.popChar();
-    EXPECT_EQ(buffer.popChar(), '\0');
-    EXPECT_EQ(buffer.getLength(), 0);
 }
 
 TEST(TalvoCharBuffer, Reset_EmptiesButKeepsBlock) {
@@ -87,20 +81,16 @@ TEST(TalvoCharBuffer, Reset_EmptiesButKeepsBlock) {
     EXPECT_EQ(never.getString(), nullptr);
 }
 
-TEST(TalvoCharBuffer, CopyString_IsIndependentCopy) {
+TEST(TalvoCharBuffer, CopiesAreIndependentAndKeepAllocationState) {
     TalvoCharBuffer buffer("text");
     char* copy = buffer.copyString();
     EXPECT_STREQ(copy, "text");
     EXPECT_NE(copy, buffer.getString());
     TalvoRawString::free(copy);
-}
-
-TEST(TalvoCharBuffer, Copy_KeepsTextAndAllocationState) {
-    TalvoCharBuffer buffer("abc");
-    TalvoCharBuffer* copy = buffer.copy();
-    EXPECT_STREQ(copy->getString(), "abc");
-    EXPECT_NE(copy->getString(), buffer.getString());
-    TalvoCharBuffer::free(copy);
+    TalvoCharBuffer* whole = buffer.copy();
+    EXPECT_STREQ(whole->getString(), "text");
+    EXPECT_NE(whole->getString(), buffer.getString());
+    TalvoCharBuffer::free(whole);
 
     TalvoCharBuffer never(4);
     TalvoCharBuffer* emptyCopy = never.copy();
