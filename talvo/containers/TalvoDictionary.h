@@ -97,5 +97,5 @@ public:
 private:
     TalvoAttribute* _current();
 
-    TalvoDictionary* _dictionary;
+    [[maybe_unused]] TalvoDictionary* _dictionary;  ///< the dictionary walked; kept beside the tree cursor
 };

@@ -123,7 +123,7 @@ public:
 
 private:
     char* name;
-    int unusedFlag;  ///< part of the record, not read by any operation
+    [[maybe_unused]] int unusedFlag;  ///< part of the record, not read by any operation
     TalvoChronogramPoint* firstPoint;
     int numberOfPoints;
     int expectedNumberOfPoints;
