@@ -8,12 +8,12 @@ struct Bytes {
     unsigned char b0, b1, b2, b3;
 };
 
-::testing::AssertionResult holds(const TalvoUTF8Char& c, Bytes expected) {
-    Bytes got{c.getByte(0), c.getByte(1), c.getByte(2), c.getByte(3)};
-    if (got.b0 == expected.b0 && got.b1 == expected.b1 && got.b2 == expected.b2 && got.b3 == expected.b3)
-        return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure() << std::hex << "holds " << int(got.b0) << " " << int(got.b1) << " "
-                                         << int(got.b2) << " " << int(got.b3);
+bool operator==(Bytes a, Bytes b) {
+    return a.b0 == b.b0 && a.b1 == b.b1 && a.b2 == b.b2 && a.b3 == b.b3;
+}
+
+Bytes bytesOf(const TalvoUTF8Char& c) {
+    return {c.getByte(0), c.getByte(1), c.getByte(2), c.getByte(3)};
 }
 
 const Bytes kReplacement{0xEF, 0xBF, 0xBD, 0};
@@ -33,7 +33,7 @@ TEST(TalvoUTF8Char, CharConstructor_EncodesLatin1) {
         {'\xff', {0xC3, 0xBF, 0, 0}},
     };
     for (const Case& c : cases)
-        EXPECT_TRUE(holds(TalvoUTF8Char(c.c), c.expected)) << int(static_cast<unsigned char>(c.c));
+        EXPECT_EQ(bytesOf(TalvoUTF8Char(c.c)), c.expected) << int(static_cast<unsigned char>(c.c));
 }
 
 TEST(TalvoUTF8Char, IsValidUTF8ByteSequence_KeepsTheLibraryRules) {
@@ -61,7 +61,7 @@ TEST(TalvoUTF8Char, IsValidUTF8ByteSequence_KeepsTheLibraryRules) {
         const Bytes& b = c.bytes;
         EXPECT_EQ(TalvoUTF8Char::isValidUTF8ByteSequence(b.b0, b.b1, b.b2, b.b3), c.valid)
             << std::hex << int(b.b0) << " " << int(b.b1) << " " << int(b.b2) << " " << int(b.b3);
-        EXPECT_TRUE(holds(TalvoUTF8Char(b.b0, b.b1, b.b2, b.b3), c.valid ? b : kReplacement));
+        EXPECT_EQ(bytesOf(TalvoUTF8Char(b.b0, b.b1, b.b2, b.b3)), c.valid ? b : kReplacement);
     }
 }
 
