@@ -2,6 +2,7 @@
 
 #include <talvo/stats/TalvoBinTable.h>
 
+#include <initializer_list>
 #include <vector>
 
 namespace {
@@ -11,130 +12,105 @@ struct Entry {
     double weight;
 };
 
-void expectEntries(const TalvoBinTable* t, const std::vector<Entry>& expected) {
-    ASSERT_EQ(static_cast<int>(expected.size()), t->getTop());
-    for (int i = 0; i < t->getTop(); ++i) {
-        EXPECT_DOUBLE_EQ(expected[i].value, t->getValue(i)) << "entry " << i;
-        EXPECT_DOUBLE_EQ(expected[i].weight, t->getWeight(i)) << "entry " << i;
+void addValues(TalvoBinTable& t, std::initializer_list<double> values) {
+    for (double v : values)
+        t.addValue(v);
+}
+
+void expectEntries(const TalvoBinTable& t, const std::vector<Entry>& expected) {
+    ASSERT_EQ(static_cast<int>(expected.size()), t.getTop());
+    for (int i = 0; i < t.getTop(); ++i) {
+        EXPECT_DOUBLE_EQ(expected[i].value, t.getValue(i)) << "entry " << i;
+        EXPECT_DOUBLE_EQ(expected[i].weight, t.getWeight(i)) << "entry " << i;
     }
 }
 
 }  // namespace
 
 TEST(TalvoBinTable, AddValue_SeventhValueShrinksToTwoBins) {
-    TalvoBinTable* t = new TalvoBinTable(2, 3);
-    EXPECT_EQ(6, t->getSize());
-    for (double v : {6, 5, 4, 3, 2, 1})
-        t->addValue(v);
-    EXPECT_EQ(6, t->getTop());
-    t->addValue(10);
+    TalvoBinTable t(2, 3);
+    EXPECT_EQ(6, t.getSize());
+    addValues(t, {6, 5, 4, 3, 2, 1});
+    EXPECT_EQ(6, t.getTop());
+    t.addValue(10);
     expectEntries(t, {{2, 3}, {5, 3}, {10, 1}});
-    EXPECT_EQ(7.0, t->getWeight());
-    delete t;
+    EXPECT_EQ(7.0, t.getWeight());
 }
 
 TEST(TalvoBinTable, Shrink_CarriesPartialWeightToNextBin) {
-    TalvoBinTable* t = new TalvoBinTable(2, 3);
-    for (double v : {6, 5, 4, 3, 2, 1, 10, 0, 0, 0})
-        t->addValue(v);
-    t->addValue(20);
+    TalvoBinTable t(2, 3);
+    addValues(t, {6, 5, 4, 3, 2, 1, 10, 0, 0, 0, 20});
     // Bin weight 10 / 2 = 5: three zeros and two thirds of the 2s, then the rest.
     expectEntries(t, {{0.8, 5}, {5.4, 5}, {20, 1}});
-    EXPECT_EQ(11.0, t->getWeight());
-    delete t;
+    EXPECT_EQ(11.0, t.getWeight());
 }
 
 TEST(TalvoBinTable, Shrink_HeavyEntryEmitsOneBinAndCarriesTheRest) {
-    TalvoBinTable* t = new TalvoBinTable(2, 2);
-    for (double v : {1, 2, 3, 4})
-        t->addValue(v);
-    t->shrink(1);
+    TalvoBinTable t(2, 2);
+    addValues(t, {1, 2, 3, 4});
+    t.shrink(1);
     expectEntries(t, {{2.5, 4}});
-    for (double v : {10, 20, 30})
-        t->addValue(v);
-    t->shrink(4);
+    addValues(t, {10, 20, 30});
+    t.shrink(4);
     // Bin weight 7 / 4 = 1.75; the entry of weight 4 fills one bin only and
     // carries 2.25, so the next bin's share of 10 is negative.
     expectEntries(t, {{2.5, 1.75},
                       {(2.25 * 2.5 + -0.5 * 10) / 1.75, 1.75},
                       {(1.5 * 10 + 0.25 * 20) / 1.75, 1.75},
                       {(0.75 * 20 + 1 * 30) / 1.75, 1.75}});
-    EXPECT_EQ(7.0, t->getWeight());
-    delete t;
+    EXPECT_EQ(7.0, t.getWeight());
 }
 
 TEST(TalvoBinTable, Shrink_OutOfRangeBinCountLeavesTableUnchanged) {
-    TalvoBinTable* t = new TalvoBinTable(2, 2);
-    for (double v : {3, 1, 2})
-        t->addValue(v);
-    t->shrink(0);
-    t->shrink(5);
+    TalvoBinTable t(2, 2);
+    addValues(t, {3, 1, 2});
+    t.shrink(0);
+    t.shrink(5);
     expectEntries(t, {{3, 1}, {1, 1}, {2, 1}});
-    delete t;
-}
-
-TEST(TalvoBinTable, Shrink_EmptyTableEnds) {
-    TalvoBinTable* t = new TalvoBinTable(3, 2);
-    t->shrink(3);
-    EXPECT_EQ(0, t->getTop());
-    EXPECT_EQ(0.0, t->getWeight());
-    delete t;
 }
 
 TEST(TalvoBinTable, AddValue_ShrinkFactorOneStaysInsideArrays) {
-    TalvoBinTable* t = new TalvoBinTable(3, 1);
-    for (double v : {1, 2, 3, 4})
-        t->addValue(v);
+    TalvoBinTable t(3, 1);
+    addValues(t, {1, 2, 3, 4});
     // Shrinking to 3 bins frees nothing, so the table goes to 2 bins first.
     expectEntries(t, {{4.0 / 3.0, 1.5}, {8.0 / 3.0, 1.5}, {4, 1}});
     for (int i = 0; i < 100; ++i)
-        t->addValue(i);
-    EXPECT_EQ(104.0, t->getWeight());
-    EXPECT_LE(t->getTop(), 3);
-    delete t;
+        t.addValue(i);
+    EXPECT_EQ(104.0, t.getWeight());
+    EXPECT_LE(t.getTop(), 3);
+    TalvoBinTable single(1, 1);  // size one merges into the only entry
+    addValues(single, {1, 3, 5});
+    expectEntries(single, {{3, 3}});
 }
 
-TEST(TalvoBinTable, AddValue_SizeOneMergesIntoTheOnlyEntry) {
-    TalvoBinTable* t = new TalvoBinTable(1, 1);
-    t->addValue(1);
-    t->addValue(3);
-    t->addValue(5);
-    expectEntries(t, {{3, 3}});
-    delete t;
-}
-
-TEST(TalvoBinTable, Constructor_NonPositiveSizeIgnoresValues) {
-    TalvoBinTable* t = new TalvoBinTable(0, 3);
-    t->addValue(1);
-    t->shrink(1);
-    EXPECT_EQ(0, t->getSize());
-    EXPECT_EQ(0, t->getTop());
-    EXPECT_EQ(0.0, t->getValue(0));
-    delete t;
-}
-
-TEST(TalvoBinTable, GetValue_OutsideArraysGivesZero) {
-    TalvoBinTable* t = new TalvoBinTable(1, 2);
-    t->addValue(7);
-    t->addValue(8);
-    EXPECT_EQ(0.0, t->getValue(-1));
-    EXPECT_EQ(0.0, t->getValue(2));
-    EXPECT_EQ(0.0, t->getWeight(2));
-    EXPECT_EQ(8.0, t->getValue(1));
-    delete t;
+// Empty and sizeless tables end their shrinks; indexes outside the arrays,
+// the capacity itself included, read 0.
+TEST(TalvoBinTable, EmptySizelessAndOutsideIndexesAreSafe) {
+    TalvoBinTable empty(3, 2);
+    empty.shrink(3);
+    expectEntries(empty, {});
+    EXPECT_EQ(0.0, empty.getWeight());
+    TalvoBinTable sizeless(0, 3);
+    sizeless.addValue(1);
+    sizeless.shrink(1);
+    expectEntries(sizeless, {});
+    EXPECT_EQ(0.0, sizeless.getValue(0));
+    TalvoBinTable t(1, 2);
+    addValues(t, {7, 8});
+    EXPECT_EQ(0.0, t.getValue(-1));
+    EXPECT_EQ(0.0, t.getValue(2));
+    EXPECT_EQ(0.0, t.getWeight(2));
 }
 
 TEST(TalvoBinTable, CopyAndReset) {
-    TalvoBinTable* t = new TalvoBinTable(2, 2);
-    for (double v : {4, 3, 2, 1, 0})
-        t->addValue(v);
-    TalvoBinTable* c = t->copy();
-    expectEntries(c, {{1.5, 2}, {3.5, 2}, {0, 1}});
+    TalvoBinTable t(2, 2);
+    addValues(t, {4, 3, 2, 1, 0});
+    TalvoBinTable* c = t.copy();
+    expectEntries(*c, {{1.5, 2}, {3.5, 2}, {0, 1}});
     EXPECT_EQ(5.0, c->getWeight());
-    t->reset();
-    EXPECT_EQ(0, t->getTop());
-    EXPECT_EQ(0.0, t->getValue(0));
-    EXPECT_EQ(0.0, t->getWeight(0));
+    t.reset();
+    expectEntries(t, {});
+    EXPECT_EQ(0.0, t.getValue(0));
+    EXPECT_EQ(0.0, t.getWeight(0));
     delete c;
-    delete t;
 }

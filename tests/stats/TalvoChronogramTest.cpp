@@ -6,6 +6,7 @@
 #include <cfloat>
 #include <climits>
 #include <cmath>
+#include <string>
 #include <vector>
 
 namespace {
@@ -24,8 +25,16 @@ std::vector<TalvoChronogramPoint*> points(TalvoChronogram* c) {
     return result;
 }
 
-double mean(TalvoChronogramPoint* p) {
-    return p->getMeasure()->computeMean();
+// Each point as "x:width:count:mean".
+std::string chainText(TalvoChronogram* c) {
+    std::string result;
+    char point[96];
+    for (TalvoChronogramPoint* p : points(c)) {
+        std::snprintf(point, sizeof point, "%s%g:%g:%d:%g", result.empty() ? "" : " ", p->getX(), p->getWidth(),
+                      p->getMeasure()->getNumberOfValues(), p->getMeasure()->computeMean());
+        result += point;
+    }
+    return result;
 }
 
 // Every link both ways, the count, and the widths adding up to the last x
@@ -49,29 +58,11 @@ void checkChain(TalvoChronogram* c, double lastX) {
 
 }  // namespace
 
-TEST(TalvoChronogram, ConstructorKeepsNameAndExpectedCount) {
-    Chrono c(7, "queue");
-    EXPECT_STREQ("queue", c->getName());
-    EXPECT_EQ(7, c->getExpectedNumberOfPoints());
-    EXPECT_EQ(0, c->getNumberOfPoints());
-    EXPECT_EQ(nullptr, c->getFirstPoint());
-    Chrono unnamed(3, nullptr);
-    EXPECT_EQ(nullptr, unnamed->getName());
-}
-
 TEST(TalvoChronogram, AppendsInIncreasingXMakeUnitWidths) {
     Chrono c(10);
-    c->appendValueToHistory(1, 10);
-    c->appendValueToHistory(2, 20);
-    c->appendValueToHistory(3, 30);
-    std::vector<TalvoChronogramPoint*> chain = points(c.c);
-    ASSERT_EQ(3u, chain.size());
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(i + 1.0, chain[i]->getX());
-        EXPECT_EQ(1.0, chain[i]->getWidth());
-        EXPECT_EQ(1, chain[i]->getMeasure()->getNumberOfValues());  // nothing passed over
-        EXPECT_EQ(10.0 * (i + 1), mean(chain[i]));
-    }
+    for (int x = 1; x <= 3; ++x)
+        c->appendValueToHistory(x, 10 * x);
+    EXPECT_EQ("1:1:1:10 2:1:1:20 3:1:1:30", chainText(c.c));  // nothing passed over
     checkChain(c.c, 3);
 }
 
@@ -81,16 +72,9 @@ TEST(TalvoChronogram, ValueAtExistingXAfterStartCountsInEveryPointPassed) {
         c->appendValueToHistory(x, 0);
     c->startHistory();
     c->appendValueToHistory(2, 6);
-    std::vector<TalvoChronogramPoint*> chain = points(c.c);
-    ASSERT_EQ(3u, chain.size());
-    EXPECT_EQ(2, chain[0]->getMeasure()->getNumberOfValues());
-    EXPECT_EQ(6.0, chain[0]->getMeasure()->getSumOfValues());
-    EXPECT_EQ(2, chain[1]->getMeasure()->getNumberOfValues());
-    EXPECT_EQ(1, chain[2]->getMeasure()->getNumberOfValues());
-    // The search goes on after the point that took the value.
-    c->appendValueToHistory(3, 4);
-    EXPECT_EQ(2, chain[1]->getMeasure()->getNumberOfValues());
-    EXPECT_EQ(2, chain[2]->getMeasure()->getNumberOfValues());
+    EXPECT_EQ("1:1:2:3 2:1:2:3 3:1:1:0", chainText(c.c));
+    c->appendValueToHistory(3, 4);  // the search goes on after the point that took the value
+    EXPECT_EQ("1:1:2:3 2:1:2:3 3:1:2:2", chainText(c.c));
 }
 
 TEST(TalvoChronogram, ValueBetweenPointsCopiesRightNeighbourAndShortensIt) {
@@ -99,18 +83,8 @@ TEST(TalvoChronogram, ValueBetweenPointsCopiesRightNeighbourAndShortensIt) {
     c->appendValueToHistory(2, 2);
     c->appendValueToHistory(3, 30);
     c->startHistory();
-    c->appendValueToHistory(2.5, 90);
-    std::vector<TalvoChronogramPoint*> chain = points(c.c);
-    ASSERT_EQ(4u, chain.size());
-    TalvoChronogramPoint* added = chain[2];
-    EXPECT_EQ(2.5, added->getX());
-    EXPECT_EQ(0.5, added->getWidth());
-    EXPECT_EQ(2, added->getMeasure()->getNumberOfValues());  // 30 from the copy, then 90
-    EXPECT_EQ(120.0, added->getMeasure()->getSumOfValues());
-    EXPECT_EQ(0.5, chain[3]->getWidth());
-    EXPECT_EQ(1, chain[3]->getMeasure()->getNumberOfValues());
-    EXPECT_EQ(2, chain[0]->getMeasure()->getNumberOfValues());  // passed over
-    EXPECT_EQ(2, chain[1]->getMeasure()->getNumberOfValues());
+    c->appendValueToHistory(2.5, 90);  // the new point holds 30 from the copy, then 90
+    EXPECT_EQ("1:1:2:45.5 2:1:2:46 2.5:0.5:2:60 3:0.5:1:30", chainText(c.c));
     checkChain(c.c, 3);
 }
 
@@ -119,80 +93,52 @@ TEST(TalvoChronogram, ValueBeforeFirstPointBecomesFirst) {
     c->appendValueToHistory(4, 1);
     c->startHistory();
     c->appendValueToHistory(1, 2);
-    std::vector<TalvoChronogramPoint*> chain = points(c.c);
-    ASSERT_EQ(2u, chain.size());
-    EXPECT_EQ(1.0, chain[0]->getWidth());
-    EXPECT_EQ(3.0, chain[1]->getWidth());
-    EXPECT_EQ(nullptr, chain[0]->getPrevious());
+    EXPECT_EQ("1:1:2:1.5 4:3:1:1", chainText(c.c));
     checkChain(c.c, 4);
 }
 
-TEST(TalvoChronogram, SameXTwiceAtTheEndMakesAPointOfWidthZero) {
+// The search starts after the current point: the same x again makes a point
+// of width 0, and a smaller x goes after it with a negative width.
+TEST(TalvoChronogram, SearchStartsAfterTheCurrentPoint) {
     Chrono c(10);
-    c->appendValueToHistory(1, 1);
-    c->appendValueToHistory(1, 2);
-    std::vector<TalvoChronogramPoint*> chain = points(c.c);
-    ASSERT_EQ(2u, chain.size());
-    EXPECT_EQ(0.0, chain[1]->getWidth());
-}
-
-TEST(TalvoChronogram, SmallerXGoesAfterTheCurrentPointWithNegativeWidth) {
-    Chrono c(10);
-    c->appendValueToHistory(1, 0);
-    c->appendValueToHistory(3, 0);
-    c->appendValueToHistory(2, 0);
-    std::vector<TalvoChronogramPoint*> chain = points(c.c);
-    ASSERT_EQ(3u, chain.size());
-    EXPECT_EQ(2.0, chain[2]->getX());
-    EXPECT_EQ(-1.0, chain[2]->getWidth());
+    for (double x : {1, 3, 3, 2})
+        c->appendValueToHistory(x, 0);
+    EXPECT_EQ("1:1:1:0 3:2:1:0 3:0:1:0 2:-1:1:0", chainText(c.c));
 }
 
 TEST(TalvoChronogram, StopWithNoMorePointsThanExpectedChangesNothing) {
     Chrono c(3);
-    c->appendValueToHistory(1, 5);
-    c->appendValueToHistory(2, 7);
-    c->appendValueToHistory(3, 9);
-    std::vector<TalvoChronogramPoint*> before = points(c.c);
-    for (TalvoChronogramPoint* p : before)
+    for (int x = 1; x <= 3; ++x)
+        c->appendValueToHistory(x, x);
+    for (TalvoChronogramPoint* p : points(c.c))
         p->setDistanceToNextPoint(-1);  // would be overwritten by a reduction
     c->stopHistory();
-    EXPECT_EQ(before, points(c.c));
-    for (TalvoChronogramPoint* p : before) {
+    EXPECT_EQ("1:1:1:1 2:1:1:2 3:1:1:3", chainText(c.c));
+    for (TalvoChronogramPoint* p : points(c.c))
         EXPECT_EQ(-1.0, p->getDistanceToNextPoint());
-        EXPECT_EQ(1.0, p->getWidth());
-    }
 }
 
 // Means 0, 0, 30 over x 1..3: scale 3 / 30; distances 1 and sqrt(10).
 TEST(TalvoChronogram, StopMergesTheClosestPointsInTheScaledPlane) {
     Chrono c(2);
-    c->appendValueToHistory(1, 0);
-    c->appendValueToHistory(2, 0);
-    c->appendValueToHistory(3, 30);
+    for (double y : {0, 0, 30})
+        c->appendValueToHistory(c->getNumberOfPoints() + 1, y);
     c->stopHistory();
-    std::vector<TalvoChronogramPoint*> chain = points(c.c);
-    ASSERT_EQ(2u, chain.size());
-    EXPECT_EQ(2.0, chain[0]->getX());
-    EXPECT_EQ(2.0, chain[0]->getWidth());
-    EXPECT_EQ(0.0, mean(chain[0]));
-    EXPECT_DOUBLE_EQ(std::sqrt(1.5 * 1.5 + 3.0 * 3.0), chain[0]->getDistanceToNextPoint());
-    EXPECT_EQ(DBL_MAX, chain[1]->getDistanceToNextPoint());
+    EXPECT_EQ("2:2:1:0 3:1:1:30", chainText(c.c));
+    EXPECT_DOUBLE_EQ(std::sqrt(1.5 * 1.5 + 3.0 * 3.0), c->getFirstPoint()->getDistanceToNextPoint());
+    EXPECT_EQ(DBL_MAX, c->getFirstPoint()->getNext()->getDistanceToNextPoint());
     checkChain(c.c, 3);
 }
 
+// Import keeps the count and merges the sums weighted by the widths 1 and 2.
 TEST(TalvoChronogram, MergeAveragesSumsWeightedByWidths) {
     Chrono c(1);
     c->appendValueToHistory(1, 10);
     c->appendValueToHistory(3, 40);
     c->stopHistory();
-    TalvoChronogramPoint* p = c->getFirstPoint();
-    ASSERT_EQ(1, c->getNumberOfPoints());
-    EXPECT_EQ(3.0, p->getX());
-    EXPECT_EQ(3.0, p->getWidth());
-    EXPECT_DOUBLE_EQ((1 * 10.0 + 2 * 40.0) / 3, p->getMeasure()->getSumOfValues());
-    EXPECT_EQ(1, p->getMeasure()->getNumberOfValues());  // import keeps the count
-    EXPECT_EQ(10.0, p->getMeasure()->getMinimumValue());
-    EXPECT_EQ(40.0, p->getMeasure()->getMaximumValue());
+    EXPECT_EQ("3:3:1:30", chainText(c.c));
+    EXPECT_EQ(10.0, c->getFirstPoint()->getMeasure()->getMinimumValue());
+    EXPECT_EQ(40.0, c->getFirstPoint()->getMeasure()->getMaximumValue());
 }
 
 // With equal means the scale ratio is 0, so distances are the x distances of
@@ -202,15 +148,9 @@ TEST(TalvoChronogram, EqualMeansMergeByXDistanceAlone) {
     for (int x = 1; x <= 6; ++x)
         c->appendValueToHistory(x, 5);
     c->stopHistory();
-    std::vector<TalvoChronogramPoint*> chain = points(c.c);
-    ASSERT_EQ(3u, chain.size());
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(2.0 * (i + 1), chain[i]->getX());
-        EXPECT_EQ(2.0, chain[i]->getWidth());
-        EXPECT_EQ(5.0, mean(chain[i]));
-    }
-    EXPECT_EQ(2.0, chain[0]->getDistanceToNextPoint());
-    EXPECT_EQ(2.0, chain[1]->getDistanceToNextPoint());
+    EXPECT_EQ("2:2:1:5 4:2:1:5 6:2:1:5", chainText(c.c));
+    EXPECT_EQ(2.0, c->getFirstPoint()->getDistanceToNextPoint());
+    EXPECT_EQ(2.0, c->getFirstPoint()->getNext()->getDistanceToNextPoint());
 }
 
 // Every mean 0: the largest mean keeps its tiny starting value, the scale
@@ -234,7 +174,6 @@ TEST(TalvoChronogram, ExpectedBelowTwoStopsAtASinglePoint) {
             c->appendValueToHistory(x, x % 3);
         c->stopHistory();
         ASSERT_EQ(1, c->getNumberOfPoints());
-        EXPECT_EQ(20.0, c->getFirstPoint()->getWidth());
         checkChain(c.c, 20);
     }
 }
@@ -260,7 +199,8 @@ TEST(TalvoChronogram, ReductionKeepsTotalWidthAndLinks) {
 }
 
 TEST(TalvoChronogram, EmptyChronogramStopsAndResets) {
-    Chrono c(-1);
+    Chrono c(-1, nullptr);
+    EXPECT_EQ(nullptr, c->getName());
     c->stopHistory();
     EXPECT_EQ(0, c->getNumberOfPoints());
     c->appendValueToHistory(1, 1);
@@ -268,10 +208,11 @@ TEST(TalvoChronogram, EmptyChronogramStopsAndResets) {
     c->reset();
     EXPECT_EQ(0, c->getNumberOfPoints());
     EXPECT_EQ(nullptr, c->getFirstPoint());
-    c->appendValueToHistory(5, 1);
-    EXPECT_EQ(5.0, c->getFirstPoint()->getWidth());
+    c->appendValueToHistory(5, 1);  // no current point left behind: the first width is x
+    EXPECT_EQ("5:5:1:1", chainText(c.c));
 }
 
+// The current point may have been merged away by the reduction.
 TEST(TalvoChronogram, AppendAfterStopContinuesSafely) {
     Chrono c(2);
     for (int x = 1; x <= 10; ++x)
@@ -286,10 +227,8 @@ TEST(TalvoChronogramPoint, CopyHasSameXWidthAndAnIndependentMeasure) {
     Chrono c(10);
     c->appendValueToHistory(2, 8);
     TalvoChronogramPoint* copy = c->getFirstPoint()->copy();
-    EXPECT_EQ(2.0, copy->getX());
     EXPECT_EQ(2.0, copy->getWidth());
     EXPECT_EQ(nullptr, copy->getNext());
-    EXPECT_EQ(0.0, copy->getDistanceToNextPoint());
     ASSERT_NE(c->getFirstPoint()->getMeasure(), copy->getMeasure());
     EXPECT_EQ(8.0, copy->getMeasure()->getSumOfValues());
     TalvoChronogramPoint::free(copy);

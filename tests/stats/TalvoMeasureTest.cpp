@@ -6,132 +6,122 @@
 
 #include <cfloat>
 #include <cmath>
-#include <cstring>
+#include <initializer_list>
+
+namespace {
+
+void addValues(TalvoMeasure& m, std::initializer_list<double> values) {
+    for (double v : values)
+        m.addValue(v);
+}
+
+}  // namespace
 
 TEST(TalvoMeasure, Fresh_FiguresAndStartingExtremes) {
-    TalvoMeasure* m = new TalvoMeasure("fresh");
-    EXPECT_EQ(0.0, m->computeMean());
-    EXPECT_EQ(0.0, m->computeStandardDeviation());
-    EXPECT_EQ(0.0, m->computeNinetyFivePercentConfidenceSlack());
-    EXPECT_EQ(0.0, m->computeNinetyFivePercentErrorFactor());
-    EXPECT_EQ(DBL_MAX, m->getMinimumValue());
-    EXPECT_EQ(2.2250738585072014e-308, m->getMaximumValue());
-    delete m;
+    TalvoMeasure m("fresh");
+    EXPECT_EQ(0.0, m.computeMean());
+    EXPECT_EQ(0.0, m.computeStandardDeviation());
+    EXPECT_EQ(0.0, m.computeNinetyFivePercentConfidenceSlack());
+    EXPECT_EQ(0.0, m.computeNinetyFivePercentErrorFactor());
+    EXPECT_EQ(DBL_MAX, m.getMinimumValue());
+    EXPECT_EQ(2.2250738585072014e-308, m.getMaximumValue());
 }
 
 TEST(TalvoMeasure, AddValue_OneTwoThree) {
-    TalvoMeasure* m = new TalvoMeasure("x");
-    for (double v : {1, 2, 3})
-        m->addValue(v);
-    EXPECT_EQ(3, m->getNumberOfValues());
-    EXPECT_EQ(6.0, m->getSumOfValues());
-    EXPECT_EQ(14.0, m->getSumOfValueSquares());
-    EXPECT_EQ(3.0, m->getLastValue());
-    EXPECT_EQ(1.0, m->getMinimumValue());
-    EXPECT_EQ(3.0, m->getMaximumValue());
-    EXPECT_EQ(2.0, m->computeMean());
-    EXPECT_EQ(1.0, m->computeStandardDeviation());
-    EXPECT_EQ(1.96 / std::sqrt(3.0), m->computeNinetyFivePercentConfidenceSlack());
-    EXPECT_EQ(std::exp(1.96), m->computeNinetyFivePercentErrorFactor());
-    delete m;
+    TalvoMeasure m("x");
+    addValues(m, {1, 2, 3});
+    EXPECT_EQ(3, m.getNumberOfValues());
+    EXPECT_EQ(6.0, m.getSumOfValues());
+    EXPECT_EQ(14.0, m.getSumOfValueSquares());
+    EXPECT_EQ(3.0, m.getLastValue());
+    EXPECT_EQ(1.0, m.getMinimumValue());
+    EXPECT_EQ(3.0, m.getMaximumValue());
+    EXPECT_EQ(2.0, m.computeMean());
+    EXPECT_EQ(1.0, m.computeStandardDeviation());
+    EXPECT_EQ(1.96 / std::sqrt(3.0), m.computeNinetyFivePercentConfidenceSlack());
+    EXPECT_EQ(std::exp(1.96), m.computeNinetyFivePercentErrorFactor());
 }
 
 TEST(TalvoMeasure, AddValue_OnlyNegativeValuesKeepTinyMaximum) {
-    TalvoMeasure* m = new TalvoMeasure(nullptr);
-    m->addValue(-4);
-    m->addValue(0);
-    EXPECT_EQ(2.2250738585072014e-308, m->getMaximumValue());
-    EXPECT_EQ(-4.0, m->getMinimumValue());
-    EXPECT_EQ(0.0, m->computeStandardDeviation() - std::sqrt(8.0));
-    delete m;
+    TalvoMeasure m(nullptr);
+    addValues(m, {-4, 0});
+    EXPECT_EQ(2.2250738585072014e-308, m.getMaximumValue());
+    EXPECT_EQ(-4.0, m.getMinimumValue());
+    EXPECT_EQ(0.0, m.computeStandardDeviation() - std::sqrt(8.0));
 }
 
 TEST(TalvoMeasure, AddValue_FeedsQuantilizerAndBinTable) {
-    TalvoMeasure* m = new TalvoMeasure("fed");
-    m->setQuantilizer(new TalvoQuantilizer(2, 4));
-    m->createBinTable(2, 2);
-    for (double v : {5, 1, 3})
-        m->addValue(v);
-    EXPECT_EQ(3, m->getQuantilizer()->getTable(1)->getCount());
-    EXPECT_EQ(3, m->getBinTable()->getTop());
-    m->createBinTable(1, 2);
-    EXPECT_EQ(0, m->getBinTable()->getTop());
-    m->deleteBinTable();
-    EXPECT_EQ(nullptr, m->getBinTable());
-    m->setQuantilizer(nullptr);
-    m->addValue(7);
-    EXPECT_EQ(4, m->getNumberOfValues());
-    delete m;
+    TalvoMeasure m("fed");
+    m.setQuantilizer(new TalvoQuantilizer(2, 4));
+    m.createBinTable(2, 2);
+    addValues(m, {5, 1, 3});
+    EXPECT_EQ(3, m.getQuantilizer()->getTable(1)->getCount());
+    EXPECT_EQ(3, m.getBinTable()->getTop());
+    m.createBinTable(1, 2);  // replaces the table with an empty one
+    EXPECT_EQ(0, m.getBinTable()->getTop());
+    m.deleteBinTable();
+    EXPECT_EQ(nullptr, m.getBinTable());
+    m.setQuantilizer(nullptr);
+    m.addValue(7);
+    EXPECT_EQ(4, m.getNumberOfValues());
 }
 
 TEST(TalvoMeasure, Import_WeightedMergeOfSumsOnly) {
-    TalvoMeasure* a = new TalvoMeasure("a");
-    TalvoMeasure* b = new TalvoMeasure("b");
-    for (double v : {1, 2, 3})
-        a->addValue(v);
-    b->addValue(10);
-    a->import(b, 3, 1);
-    EXPECT_EQ((3 * 6.0 + 1 * 10.0) / 4, a->getSumOfValues());
-    EXPECT_EQ((3 * 14.0 + 1 * 100.0) / 4, a->getSumOfValueSquares());
-    EXPECT_EQ(3, a->getNumberOfValues());
-    EXPECT_EQ(3.0, a->getLastValue());
-    EXPECT_EQ(1.0, a->getMinimumValue());
-    EXPECT_EQ(10.0, a->getMaximumValue());
-    a->import(nullptr, 1, 1);
-    delete a;
-    delete b;
+    TalvoMeasure a("a"), b("b");
+    addValues(a, {1, 2, 3});
+    b.addValue(10);
+    a.import(&b, 3, 1);
+    EXPECT_EQ((3 * 6.0 + 1 * 10.0) / 4, a.getSumOfValues());
+    EXPECT_EQ((3 * 14.0 + 1 * 100.0) / 4, a.getSumOfValueSquares());
+    EXPECT_EQ(3, a.getNumberOfValues());
+    EXPECT_EQ(3.0, a.getLastValue());
+    EXPECT_EQ(1.0, a.getMinimumValue());
+    EXPECT_EQ(10.0, a.getMaximumValue());
+    a.import(nullptr, 1, 1);
 }
 
 TEST(TalvoMeasure, Copy_LeavesLastValueOut) {
-    TalvoMeasure* m = new TalvoMeasure("orig");
+    TalvoMeasure m("orig");
     int item = 0;
-    m->setReference(&item);
-    m->setQuantilizer(new TalvoQuantilizer(2, 2));
-    m->createBinTable(1, 3);
-    for (double v : {2, 4})
-        m->addValue(v);
-    TalvoMeasure* c = m->copy();
+    m.setReference(&item);
+    m.setQuantilizer(new TalvoQuantilizer(2, 2));
+    m.createBinTable(1, 3);
+    addValues(m, {2, 4});
+    TalvoMeasure* c = m.copy();
     EXPECT_STREQ("orig", c->getName());
-    EXPECT_NE(m->getName(), c->getName());
+    EXPECT_NE(m.getName(), c->getName());
     EXPECT_EQ(&item, c->getReference());
     EXPECT_EQ(2, c->getNumberOfValues());
     EXPECT_EQ(6.0, c->getSumOfValues());
     EXPECT_EQ(0.0, c->getLastValue());
     EXPECT_EQ(2.0, c->getMinimumValue());
-    EXPECT_NE(m->getQuantilizer(), c->getQuantilizer());
+    EXPECT_NE(m.getQuantilizer(), c->getQuantilizer());
     EXPECT_EQ(2, c->getBinTable()->getTop());
     delete c;
-    delete m;
 }
 
 TEST(TalvoMeasure, Reset_KeepsNameReferenceAndLastValue) {
-    TalvoMeasure* m = new TalvoMeasure("r");
-    m->createBinTable(1, 2);
-    m->addValue(-2);
-    m->reset();
-    EXPECT_EQ(0, m->getNumberOfValues());
-    EXPECT_EQ(DBL_MAX, m->getMinimumValue());
-    EXPECT_EQ(DBL_MIN, m->getMaximumValue());
-    EXPECT_EQ(-2.0, m->getLastValue());
-    EXPECT_EQ(0, m->getBinTable()->getTop());
-    EXPECT_STREQ("r", m->getName());
-    delete m;
+    TalvoMeasure m("r");
+    m.createBinTable(1, 2);
+    m.addValue(-2);
+    m.reset();
+    EXPECT_EQ(0, m.getNumberOfValues());
+    EXPECT_EQ(DBL_MAX, m.getMinimumValue());
+    EXPECT_EQ(DBL_MIN, m.getMaximumValue());
+    EXPECT_EQ(-2.0, m.getLastValue());
+    EXPECT_EQ(0, m.getBinTable()->getTop());
+    EXPECT_STREQ("r", m.getName());
 }
 
 TEST(TalvoMeasure, CompareName_NullSortsFirst) {
-    TalvoMeasure* a = new TalvoMeasure("abc");
-    TalvoMeasure* b = new TalvoMeasure("abd");
-    TalvoMeasure* none = new TalvoMeasure(nullptr);
-    EXPECT_EQ(-1, a->compareNames(b));
-    EXPECT_EQ(1, b->compareNames(a));
-    EXPECT_EQ(0, a->compareName("abc"));
-    EXPECT_EQ(1, a->compareName(static_cast<const char*>(nullptr)));
-    EXPECT_EQ(-1, none->compareNames(a));
-    EXPECT_EQ(0, none->compareNames(static_cast<const TalvoMeasure*>(nullptr)));
+    TalvoMeasure a("abc"), b("abd"), none(nullptr);
+    EXPECT_EQ(-1, a.compareNames(&b));
+    EXPECT_EQ(1, b.compareNames(&a));
+    EXPECT_EQ(0, a.compareName("abc"));
+    EXPECT_EQ(1, a.compareName(static_cast<const char*>(nullptr)));
+    EXPECT_EQ(-1, none.compareNames(&a));
+    EXPECT_EQ(0, none.compareNames(static_cast<const TalvoMeasure*>(nullptr)));
     char high[] = "\xff";
-    EXPECT_EQ(-1, TalvoMeasure::compareName(a, high));
-    EXPECT_EQ(1, TalvoMeasure::compareNames(b, a));
-    delete a;
-    delete b;
-    delete none;
+    EXPECT_EQ(-1, TalvoMeasure::compareName(&a, high));
+    EXPECT_EQ(1, TalvoMeasure::compareNames(&b, &a));
 }

@@ -16,38 +16,11 @@ public:
     int flushes = 0;
 };
 
-// Refill call-back state: the chunks still to hand out, one per call.
+// Call-back state: chunks still to hand out, refills made, text drained.
 std::vector<std::string> chunks;
 int refills = 0;
-
-void refill(char** buffer, int* size) {
-    ++refills;
-    std::string next = chunks.empty() ? std::string() : chunks.front();
-    if (!chunks.empty())
-        chunks.erase(chunks.begin());
-    std::memcpy(*buffer, next.c_str(), next.size() + 1);
-    (void)size;
-}
-
-// Drain call-back state: everything drained so far.
 std::string drained;
-
-void drain(char** buffer, int*) {
-    drained += *buffer;
-}
-
-// Replaces a full buffer by a larger one.
 char replacement[16];
-
-void replaceBuffer(char** buffer, int* size) {
-    *buffer = replacement;
-    *size = 8;
-}
-
-// Gives the stream no room at all.
-void shrinkToNothing(char**, int* size) {
-    *size = 0;
-}
 
 }  // namespace
 
@@ -74,7 +47,8 @@ TEST(TalvoRawStringStream, GetChar_AfterGiveBackSkipsNextBufferCharacter) {
     EXPECT_EQ(stream.getChar(), 0);
 }
 
-TEST(TalvoRawStringStream, LineNumber_CountsReadsAndGiveBacks) {
+// Unlike a file stream's close, this close also clears the trace stream.
+TEST(TalvoRawStringStream, LineNumberAndTrace_FollowReadsAndGiveBacksUntilClose) {
     char text[] = "a\nb\n";
     TalvoRawStringStream stream(true, text, 4);
     RecordingStream trace;
@@ -85,13 +59,26 @@ TEST(TalvoRawStringStream, LineNumber_CountsReadsAndGiveBacks) {
     stream.unGetChar('\n');
     EXPECT_EQ(stream.getLineNumber(), 1);
     EXPECT_EQ(trace.text, "a\nb\n\n");
+    EXPECT_EQ(trace.flushes, 1);  // reading the end flushes
+    stream.close();
+    EXPECT_EQ(trace.flushes, 2);
+    EXPECT_EQ(stream.getTraceStream(), nullptr);
+    EXPECT_EQ(stream.getLineNumber(), 0);
+    EXPECT_EQ(stream.getChar(), -1);
+    EXPECT_EQ(stream.isAtEnd(), -1);
 }
 
 TEST(TalvoRawStringStream, GetChar_RefillCallBackFeedsNextChunks) {
     chunks = {"cd", "e"};
     refills = 0;
     char buffer[8] = "ab";
-    TalvoRawStringStream stream(true, buffer, 7, refill);
+    TalvoRawStringStream stream(true, buffer, 7, [](char** buffer, int*) {
+        ++refills;
+        std::string next = chunks.empty() ? std::string() : chunks.front();
+        if (!chunks.empty())
+            chunks.erase(chunks.begin());
+        std::memcpy(*buffer, next.c_str(), next.size() + 1);
+    });
     std::string read;
     for (char c = stream.getChar(); c != 0; c = stream.getChar())
         read += c;
@@ -100,31 +87,25 @@ TEST(TalvoRawStringStream, GetChar_RefillCallBackFeedsNextChunks) {
     EXPECT_NE(stream.isAtEnd(), 0);
 }
 
+// Without a call-back a full buffer keeps its first size characters, and a
+// flush leaves the stream where it was.
 TEST(TalvoRawStringStream, Put_WithoutCallBackKeepsFirstSizeCharacters) {
-    char buffer[5];
+    char buffer[9];
     std::memset(buffer, 'X', sizeof buffer);
-    TalvoRawStringStream stream(false, buffer, 4);
-    stream.put("abcde");
-    stream.flush();
-    EXPECT_STREQ(buffer, "abcd");
-    EXPECT_EQ(stream.isAtEnd(), -1);
-    EXPECT_EQ(stream.getChar(), -1);
-}
-
-TEST(TalvoRawStringStream, Putln_WithoutCallBackAccumulatesLines) {
-    char buffer[32] = {};
-    TalvoRawStringStream stream(false, buffer, 31);
+    TalvoRawStringStream stream(false, buffer, 8);
     stream.putln(1);
     stream.putln(2.5);
-    stream.put("x");
+    stream.put("xyz");
     stream.flush();
-    EXPECT_STREQ(buffer, "1\n2.5\nx");
+    EXPECT_STREQ(buffer, "1\n2.5\nxy");
+    EXPECT_EQ(stream.isAtEnd(), -1);
+    EXPECT_EQ(stream.getChar(), -1);
 }
 
 TEST(TalvoRawStringStream, Put_FullBufferIsDrainedByCallBack) {
     drained.clear();
     char buffer[4];
-    TalvoRawStringStream stream(false, buffer, 3, drain);
+    TalvoRawStringStream stream(false, buffer, 3, [](char** buffer, int*) { drained += *buffer; });
     stream.put("hello, world");
     stream.flush();
     EXPECT_EQ(drained, "hello, world");
@@ -133,10 +114,12 @@ TEST(TalvoRawStringStream, Put_FullBufferIsDrainedByCallBack) {
 TEST(TalvoRawStringStream, Flush_CallBackMayReplaceBuffer) {
     char buffer[3];
     std::memset(replacement, 0, sizeof replacement);
-    TalvoRawStringStream stream(false, buffer, 2, replaceBuffer);
+    TalvoRawStringStream stream(false, buffer, 2, [](char** buffer, int* size) {
+        *buffer = replacement;
+        *size = 8;
+    });
     stream.put("abcdef");
-    EXPECT_EQ(std::string(buffer, 2), "ab");
-    EXPECT_EQ(buffer[2], '\0');
+    EXPECT_EQ(std::string(buffer, 3), std::string("ab\0", 3));
     EXPECT_STREQ(replacement, "cdef");
     stream.close();
 }
@@ -144,26 +127,11 @@ TEST(TalvoRawStringStream, Flush_CallBackMayReplaceBuffer) {
 TEST(TalvoRawStringStream, Put_DroppedWhenCallBackLeavesNoRoom) {
     char buffer[3] = {};
     RecordingStream trace;
-    TalvoRawStringStream stream(false, buffer, 2, shrinkToNothing);
+    TalvoRawStringStream stream(false, buffer, 2, [](char**, int* size) { *size = 0; });
     stream.setTraceStream(&trace);
     stream.put("abc");
     EXPECT_EQ(trace.text, "ab");
     EXPECT_STREQ(buffer, "ab");
-}
-
-TEST(TalvoRawStringStream, Close_ForgetsBufferAndClearsTraceStream) {
-    char text[] = "a\nb";
-    TalvoRawStringStream stream(true, text, 3);
-    RecordingStream trace;
-    stream.setTraceStream(&trace);
-    stream.getChar();
-    stream.getChar();
-    stream.close();
-    EXPECT_EQ(stream.getTraceStream(), nullptr);
-    EXPECT_EQ(stream.getLineNumber(), 0);
-    EXPECT_EQ(stream.getChar(), -1);
-    EXPECT_EQ(stream.isAtEnd(), -1);
-    EXPECT_EQ(trace.flushes, 1);
 }
 
 TEST(TalvoRawStringStream, NullBuffer_GivesNeutralAnswers) {

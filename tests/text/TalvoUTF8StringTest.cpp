@@ -20,17 +20,20 @@ std::string textOf(const TalvoUTF8String& s) {
     return text;
 }
 
-}  // namespace
-
-TEST(TalvoUTF8String, DefaultConstructor_EmptyWithOwnCounter) {
-    TalvoUTF8String s;
-    EXPECT_TRUE(s.isEmpty());
-    EXPECT_EQ(s.getLength(), 0);
-    EXPECT_EQ(s.getReferenceCounter(), 1);
+// Gives up by hand a share that an assignment kept, so the test ends balanced.
+void releaseKeptShare(const TalvoUTF8String& holder) {
+    alignas(TalvoUTF8String) unsigned char ghost[sizeof(TalvoUTF8String)];
+    std::memcpy(ghost, static_cast<const void*>(&holder), sizeof holder);
+    TalvoMemoryManager::traceNew(ghost, TalvoUTF8String::ClassName);
+    reinterpret_cast<TalvoUTF8String*>(ghost)->~TalvoUTF8String();
 }
+
+}  // namespace
 
 TEST(TalvoUTF8String, Editing_ChainsLikeTheBuffer) {
     TalvoUTF8String s;
+    EXPECT_TRUE(s.isEmpty());
+    EXPECT_EQ(s.getReferenceCounter(), 1);
     s.append("ac").insert(1, 'b').append('\xe9').append(TalvoUTF8Char(0xE2, 0x82, 0xAC, 0));
     EXPECT_EQ(textOf(s), "abc\xc3\xa9\xe2\x82\xac");
     EXPECT_EQ(s.getLength(), 5);
@@ -42,19 +45,7 @@ TEST(TalvoUTF8String, Editing_ChainsLikeTheBuffer) {
     EXPECT_TRUE(s.isEmpty());
 }
 
-TEST(TalvoUTF8String, CopyConstructor_SharesUntilOneChanges) {
-    TalvoUTF8String a;
-    a.append("shared");
-    TalvoUTF8String b(a);
-    EXPECT_EQ(a.getReferenceCounter(), 2);
-    EXPECT_EQ(b.getReferenceCounter(), 2);
-    b.append('!');
-    EXPECT_EQ(a.getReferenceCounter(), 1);
-    EXPECT_EQ(b.getReferenceCounter(), 1);
-    EXPECT_EQ(textOf(a), "shared");
-    EXPECT_EQ(textOf(b), "shared!");
-}
-
+// A copy shares the buffer until any edit, even one that changes nothing.
 TEST(TalvoUTF8String, EachEdit_PrivatizesSharedBuffer) {
     struct Edit {
         const char* name;
@@ -71,12 +62,12 @@ TEST(TalvoUTF8String, EachEdit_PrivatizesSharedBuffer) {
         TalvoUTF8String original;
         original.append("ab");
         TalvoUTF8String copy(original);
-        TalvoUTF8String third(original);
+        EXPECT_EQ(original.getReferenceCounter(), 2) << e.name;
         e.apply(copy);
         EXPECT_EQ(textOf(copy), e.result) << e.name;
         EXPECT_EQ(textOf(original), "ab") << e.name;
         EXPECT_EQ(copy.getReferenceCounter(), 1) << e.name;
-        EXPECT_EQ(original.getReferenceCounter(), 2) << e.name;
+        EXPECT_EQ(original.getReferenceCounter(), 1) << e.name;
     }
 }
 
@@ -102,12 +93,7 @@ TEST(TalvoUTF8String, Assignment_KeepsShareHeldBefore) {
     EXPECT_EQ(target.getReferenceCounter(), 2);
     EXPECT_EQ(other.getReferenceCounter(), 2);
     EXPECT_EQ(first.getReferenceCounter(), 2);  // the share target held is not given up
-
-    // Give up by hand the share the assignment kept, so the test ends balanced.
-    alignas(TalvoUTF8String) unsigned char ghost[sizeof(TalvoUTF8String)];
-    std::memcpy(ghost, static_cast<const void*>(&first), sizeof first);
-    TalvoMemoryManager::traceNew(ghost, TalvoUTF8String::ClassName);
-    reinterpret_cast<TalvoUTF8String*>(ghost)->~TalvoUTF8String();
+    releaseKeptShare(first);
     EXPECT_EQ(first.getReferenceCounter(), 1);
 }
 
@@ -123,8 +109,5 @@ TEST(TalvoUTF8String, Assignment_OfSoleShareDoesNotLeak) {
     TalvoUTF8String::free(heap);
     TalvoUTF8String::free(nullptr);
     // 'other' and 'target' now hold three counts for two strings.
-    alignas(TalvoUTF8String) unsigned char ghost[sizeof(TalvoUTF8String)];
-    std::memcpy(ghost, static_cast<const void*>(&other), sizeof other);
-    TalvoMemoryManager::traceNew(ghost, TalvoUTF8String::ClassName);
-    reinterpret_cast<TalvoUTF8String*>(ghost)->~TalvoUTF8String();
+    releaseKeptShare(other);
 }
