@@ -1,15 +1,17 @@
 #include "support/TalvoTest.h"
 
+#include "ContainerTestHelpers.h"
+
 #include <talvo/containers/TalvoArray.h>
 #include <talvo/foundation/TalvoInteger.h>
 
+#include <algorithm>
 #include <climits>
 #include <vector>
 
 namespace {
 
-int v[10] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
-void* I(int i) { return &v[i]; }
+using namespace containertest;
 
 // An array of `size` slots (increment `size`) holding `items`, null for empty.
 TalvoArray* arrayOf(int size, const std::vector<void*>& items) {
@@ -26,15 +28,7 @@ std::vector<void*> slots(TalvoArray* a) {
     return result;
 }
 
-int compareInts(void* a, void* b) { return *static_cast<int*>(a) - *static_cast<int*>(b); }
-int compareTens(void* a, void* b) { return *static_cast<int*>(a) / 10 - *static_cast<int*>(b) / 10; }
 int compareWithNull(void* a, void* b) { return a == b ? 0 : 1; }
-
-int freed = 0;
-void countFree(void* item) {
-    ++freed;
-    TalvoInteger::free(item);
-}
 
 }  // namespace
 

