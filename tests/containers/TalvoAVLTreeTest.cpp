@@ -223,6 +223,20 @@ TEST(TalvoAVLTree, CursorWalk_BothDirectionsAndEnds) {
     delete tree;
 }
 
+// resetOnItem finds that very pointer among equal Items, else ends after the last.
+TEST(TalvoAVLTree, CursorResetOnItem_FindsPointerOrEndsAfterLast) {
+    std::vector<Keyed> k = {{1, 0}, {1, 1}, {2, 0}};
+    Keyed twin = {1, 9};
+    TalvoAVLTree* tree = treeOf(k);
+    TalvoAVLTreeCursor* c = tree->newCursor();
+    c->resetOnItem(&k[1]);
+    EXPECT_EQ(c->getItem(), &k[1]);
+    c->resetOnItem(&twin);
+    EXPECT_TRUE(c->getItem() == nullptr && c->isAfterLastItem() && !c->isBeforeFirstItem());
+    delete c;
+    delete tree;
+}
+
 TEST(TalvoAVLTree, CursorResetInPosition_NegativeCountsFromEnd) {
     std::vector<Keyed> k = {{1, 0}, {2, 0}, {3, 0}, {4, 0}};
     TalvoAVLTree* tree = treeOf(k);
@@ -241,24 +255,10 @@ TEST(TalvoAVLTree, CursorResetInPosition_NegativeCountsFromEnd) {
     delete tree;
 }
 
-TEST(TalvoAVLTree, CursorResetOnItem_FindsPointerOrEndsAfterLast) {
-    std::vector<Keyed> k = {{1, 0}, {1, 1}, {2, 0}};
-    Keyed twin = {1, 9};
-    TalvoAVLTree* tree = treeOf(k);
-    TalvoAVLTreeCursor* c = tree->newCursor();
-    c->resetOnItem(&k[1]);
-    EXPECT_EQ(c->getItem(), &k[1]);
-    c->resetOnItem(&twin);
-    EXPECT_EQ(c->getItem(), nullptr);
-    EXPECT_TRUE(c->isAfterLastItem());
-    EXPECT_FALSE(c->isBeforeFirstItem());
-    delete c;
-    delete tree;
-}
-
 // Removing through the cursor visits every remaining Item in order, also
-// among equal Items and when the removed node has two children.
-TEST(TalvoAVLTree, CursorRemoveItemAndIncrement_VisitsRemainingInOrder) {
+// among equal Items and when the removed node has two children; removing
+// backwards from the last Item then empties the tree in reverse order.
+TEST(TalvoAVLTree, CursorRemoveItem_VisitsRemainingInOrder) {
     std::vector<Keyed> k;
     for (int tag = 0; tag < 64; tag++)
         k.push_back({(tag * 7) % 5, tag});
@@ -280,19 +280,10 @@ TEST(TalvoAVLTree, CursorRemoveItemAndIncrement_VisitsRemainingInOrder) {
     }
     EXPECT_EQ(visited, before);
     EXPECT_EQ(tagsInOrder(tree), kept);
-    delete c;
-    delete tree;
-}
-
-TEST(TalvoAVLTree, CursorRemoveItemAndDecrement_EmptiesTreeBackwards) {
-    std::vector<Keyed> k = {{1, 0}, {1, 1}, {2, 0}, {0, 0}, {1, 2}};
-    TalvoAVLTree* tree = treeOf(k);
-    std::vector<int> before = tagsInOrder(tree);
     std::vector<int> removed;
-    TalvoAVLTreeCursor* c = tree->newCursor();
     for (c->resetOnLastItem(); !c->isBeforeFirstItem();)
         removed.insert(removed.begin(), static_cast<Keyed*>(c->removeItemAndDecrement())->tag);
-    EXPECT_EQ(removed, before);
+    EXPECT_EQ(removed, kept);
     EXPECT_TRUE(tree->isEmpty());
     delete c;
     delete tree;
@@ -371,23 +362,14 @@ TEST(TalvoAVLTree, CopyWithItems_DeepCopiesInOrder) {
     }
     EXPECT_EQ(deep->getRoot()->getHeight(), tree->getRoot()->getHeight());
     delete shallow;
+    int two = 2;
+    deep->compareAndDeleteItems(TalvoInteger::geq, &two, TalvoInteger::free);  // both 2s
+    EXPECT_EQ(deep->getNumberOfItems(), 4);
+    EXPECT_EQ(*static_cast<int*>(deep->getNthItem(2)), 3);
     deep->deleteWithItems(TalvoInteger::free);
     tree->deleteItems(TalvoInteger::free);
     EXPECT_TRUE(tree->isEmpty());
     delete tree;
-}
-
-TEST(TalvoAVLTree, CompareAndDeleteItems_FreesEachMatch) {
-    TalvoAVLTree* tree = new TalvoAVLTree(TalvoInteger::geq);
-    for (int v : {3, 1, 3, 2, 3, 4})
-        tree->insertItem(TalvoInteger::allocate(v));
-    int three = 3, seven = 7;
-    tree->compareAndDeleteItems(TalvoInteger::geq, &three, TalvoInteger::free);
-    EXPECT_EQ(tree->getNumberOfItems(), 3);
-    tree->compareAndRemoveItems(TalvoInteger::geq, &seven);
-    EXPECT_EQ(tree->getNumberOfItems(), 3);
-    EXPECT_EQ(*static_cast<int*>(tree->getNthItem(3)), 4);
-    tree->deleteWithItems(TalvoInteger::free);
 }
 
 // The list comes in tree order; removing a list's Items goes by identity

@@ -56,8 +56,6 @@ Steps resizeSteps(TalvoHashTable* table, int from, int to) {
 TEST(TalvoHashTable, Constructor_SetsDefaults) {
     TalvoHashTable* table = new TalvoHashTable(valueHash);
     EXPECT_EQ(table->getSize(), 1024);
-    EXPECT_EQ(table->getModulo(), 1021);
-    EXPECT_EQ(table->getEnlargementThreshold(), 102);
     EXPECT_EQ(table->getReductionThreshold(), 10);
     EXPECT_EQ(table->getMinimumSize(), 1024);
     EXPECT_EQ(table->getMaximumSize(), 131072);
