@@ -51,13 +51,23 @@ TEST(TalvoList, CountedConstructorKeepsArgumentOrder) {
     expectList(&none, {});
 }
 
-TEST(TalvoList, CopyIsIndependent) {
-    TalvoList list(2, I(1), I(2));
-    TalvoList* copy = list.copy();
+TEST(TalvoList, CopiesAreIndependent) {
+    int* four = TalvoInteger::allocate(4);
+    int* five = TalvoInteger::allocate(5);
+    TalvoList* list = new TalvoList(2, four, five);
+    TalvoList* copy = list->copy();
     copy->insertItemLast(I(3));
-    expectList(&list, {I(1), I(2)});
-    expectList(copy, {I(1), I(2), I(3)});
+    expectList(list, {four, five});
+    expectList(copy, {four, five, I(3)});
     delete copy;
+    TalvoList* deep = list->copyWithItems(TalvoInteger::copy);
+    ASSERT_EQ(deep->getNumberOfItems(), 2);
+    EXPECT_NE(deep->getTop(), four);
+    EXPECT_EQ(*static_cast<int*>(deep->getLastItem()), 5);
+    freed = 0;
+    list->deleteWithItems(countFree);
+    deep->deleteWithItems(countFree);
+    EXPECT_EQ(freed, 4);
     TalvoList::free(nullptr);
 }
 
@@ -75,18 +85,6 @@ TEST(TalvoList, AssignmentSharesCellsWhileCountsDiverge) {
     TalvoList empty;
     a = empty;
     TalvoList::free(b);
-}
-
-TEST(TalvoList, CopyWithItemsAndDeleteWithItems) {
-    TalvoList* list = new TalvoList(2, TalvoInteger::allocate(4), TalvoInteger::allocate(5));
-    TalvoList* copy = list->copyWithItems(TalvoInteger::copy);
-    ASSERT_EQ(copy->getNumberOfItems(), 2);
-    EXPECT_NE(copy->getTop(), list->getTop());
-    EXPECT_EQ(*static_cast<int*>(copy->getLastItem()), 5);
-    freed = 0;
-    list->deleteWithItems(countFree);
-    copy->deleteWithItems(countFree);
-    EXPECT_EQ(freed, 4);
 }
 
 // ---------------------------------------------------------------- access
