@@ -42,6 +42,7 @@ struct Operands {
     TalvoConstant threeAsDouble{3.0};
     TalvoConstant zeroAsDouble{0.0};
     TalvoConstant text{"3"};
+    TalvoConstant highByte{"\xE9"};
     TalvoConstant pointer{TalvoInteger::allocate(7), TalvoInteger::free, 9};
 };
 
@@ -187,20 +188,17 @@ TEST(TalvoConstant, Arithmetic_OperandTypeMatrix) {
         {"nil+int", &TalvoConstant::add, &Operands::nil, &Operands::two, "nil"},
         {"pointer+int", &TalvoConstant::add, &Operands::pointer, &Operands::two, "nil"},
         {"int-int", &TalvoConstant::sub, &Operands::two, &Operands::three, "int:-1"},
-        {"double-int", &TalvoConstant::sub, &Operands::half, &Operands::three, "double:-2.5"},
-        {"int*int", &TalvoConstant::mul, &Operands::two, &Operands::three, "int:6"},
         {"int*double", &TalvoConstant::mul, &Operands::three, &Operands::half, "double:1.5"},
-        {"int/int truncates", &TalvoConstant::div, &Operands::three, &Operands::two, "int:1"},
         {"int/double", &TalvoConstant::div, &Operands::three, &Operands::half, "double:6"},
         {"int/int 0", &TalvoConstant::div, &Operands::three, &Operands::zero, "nil"},
         {"int/double 0", &TalvoConstant::div, &Operands::three, &Operands::zeroAsDouble, "nil"},
-        {"double/int 0", &TalvoConstant::div, &Operands::half, &Operands::zero, "nil"},
-        {"string/int", &TalvoConstant::div, &Operands::text, &Operands::two, "nil"},
         {"int%int", &TalvoConstant::mod, &Operands::three, &Operands::two, "int:1"},
         {"int%int 0", &TalvoConstant::mod, &Operands::three, &Operands::zero, "nil"},
         {"double%int", &TalvoConstant::mod, &Operands::threeAsDouble, &Operands::two, "double:1"},
         {"int%double 0", &TalvoConstant::mod, &Operands::three, &Operands::zeroAsDouble, "double:nan"},
         {"bool%int", &TalvoConstant::mod, &Operands::yes, &Operands::two, "nil"},
+        {"int pow int", &TalvoConstant::pow, &Operands::two, &Operands::three, "double:8"},
+        {"int atan2 string", &TalvoConstant::atan2, &Operands::two, &Operands::text, "nil"},
     };
     runBinaryTable(cases, sizeof cases / sizeof cases[0]);
 }
@@ -236,18 +234,19 @@ TEST(TalvoConstant, Arithmetic_TargetMayBeAnOperand) {
     EXPECT_EQ(show(c), "int:10");
 }
 
-TEST(TalvoConstant, SetArithmetic_OverloadsKeepOrWidenTheType) {
+// Operations on the constant itself: {start value, operation, result}.
+TEST(TalvoConstant, InPlaceOperations_KeepOrWidenTheTypeOrGiveNil) {
     struct {
         const char* name;
         TalvoConstant start;
         void (*apply)(TalvoConstant&);
         const char* expected;
     } cases[] = {
+        // The int overloads keep an int an int, the double ones widen it.
         {"int setAdd int", TalvoConstant(2), [](TalvoConstant& c) { c.setAdd(3); }, "int:5"},
         {"int setAdd double", TalvoConstant(2), [](TalvoConstant& c) { c.setAdd(3.0); }, "double:5"},
         {"double setAdd int", TalvoConstant(0.5), [](TalvoConstant& c) { c.setAdd(1); }, "double:1.5"},
         {"int setSub int wraps", TalvoConstant(INT_MIN), [](TalvoConstant& c) { c.setSub(1); }, "int:2147483647"},
-        {"int setMul int", TalvoConstant(4), [](TalvoConstant& c) { c.setMul(-2); }, "int:-8"},
         {"int setMul double", TalvoConstant(4), [](TalvoConstant& c) { c.setMul(0.25); }, "double:1"},
         {"int setDiv int", TalvoConstant(7), [](TalvoConstant& c) { c.setDiv(2); }, "int:3"},
         {"int setDiv double", TalvoConstant(7), [](TalvoConstant& c) { c.setDiv(2.0); }, "double:3.5"},
@@ -255,54 +254,42 @@ TEST(TalvoConstant, SetArithmetic_OverloadsKeepOrWidenTheType) {
         {"double setDiv 0.0", TalvoConstant(7.0), [](TalvoConstant& c) { c.setDiv(0.0); }, "nil"},
         {"string setAdd int", TalvoConstant("1"), [](TalvoConstant& c) { c.setAdd(1); }, "nil"},
         {"bool setAdd double", TalvoConstant(true), [](TalvoConstant& c) { c.setAdd(1.0); }, "nil"},
-    };
-    for (auto& c : cases) {
-        c.apply(c.start);
-        EXPECT_EQ(show(c.start), c.expected) << c.name;
-    }
-}
-
-TEST(TalvoConstant, IncAndDec_NeverGiveNil) {
-    struct {
-        const char* name;
-        TalvoConstant start;
-        void (*apply)(TalvoConstant&);
-        const char* expected;
-    } cases[] = {
-        {"int inc int", TalvoConstant(1), [](TalvoConstant& c) { c.inc(2); }, "int:3"},
+        // inc and dec never give nil: other types stay as they are.
         {"int inc int wraps", TalvoConstant(INT_MAX), [](TalvoConstant& c) { c.inc(1); }, "int:-2147483648"},
         {"int inc double", TalvoConstant(1), [](TalvoConstant& c) { c.inc(0.5); }, "double:1.5"},
         {"double inc int", TalvoConstant(0.5), [](TalvoConstant& c) { c.inc(1); }, "double:1.5"},
         {"string inc int", TalvoConstant("s"), [](TalvoConstant& c) { c.inc(1); }, "string:s"},
         {"bool inc double", TalvoConstant(true), [](TalvoConstant& c) { c.inc(1.0); }, "bool:true"},
         {"nil dec int", TalvoConstant(), [](TalvoConstant& c) { c.dec(1); }, "nil"},
-        {"int dec int", TalvoConstant(1), [](TalvoConstant& c) { c.dec(2); }, "int:-1"},
         {"int dec int wraps", TalvoConstant(INT_MIN), [](TalvoConstant& c) { c.dec(1); }, "int:2147483647"},
         {"int dec double", TalvoConstant(1), [](TalvoConstant& c) { c.dec(0.5); }, "double:0.5"},
         {"int inc constant double", TalvoConstant(1), [](TalvoConstant& c) { TalvoConstant a(0.25); c.inc(&a); }, "double:1.25"},
         {"int dec constant int", TalvoConstant(1), [](TalvoConstant& c) { TalvoConstant a(5); c.dec(&a); }, "int:-4"},
         {"int inc constant string", TalvoConstant(1), [](TalvoConstant& c) { TalvoConstant a("5"); c.inc(&a); }, "int:1"},
+        // neg keeps the type; an int's absolute value is a double.
+        {"neg int", TalvoConstant(), [](TalvoConstant& c) { TalvoConstant x(-3); c.neg(&x); }, "int:3"},
+        {"neg INT_MIN wraps", TalvoConstant(), [](TalvoConstant& c) { TalvoConstant x(INT_MIN); c.neg(&x); }, "int:-2147483648"},
+        {"neg double", TalvoConstant(), [](TalvoConstant& c) { TalvoConstant x(-0.5); c.neg(&x); }, "double:0.5"},
+        {"neg string", TalvoConstant(1), [](TalvoConstant& c) { TalvoConstant x("1"); c.neg(&x); }, "nil"},
+        {"abs int", TalvoConstant(), [](TalvoConstant& c) { TalvoConstant x(-3); c.abs(&x); }, "double:3"},
+        {"abs string", TalvoConstant(1), [](TalvoConstant& c) { TalvoConstant x("1"); c.abs(&x); }, "nil"},
+        // Logic wants bools, bounds numbers, concat a string.
+        {"not itself", TalvoConstant(true), [](TalvoConstant& c) { c.not_(&c); }, "bool:false"},
+        {"not int", TalvoConstant(true), [](TalvoConstant& c) { TalvoConstant x(1); c.not_(&x); }, "nil"},
+        {"true setAnd false", TalvoConstant(true), [](TalvoConstant& c) { c.setAnd(false); }, "bool:false"},
+        {"false setOr true", TalvoConstant(false), [](TalvoConstant& c) { c.setOr(true); }, "bool:true"},
+        {"bool setAnd int", TalvoConstant(true), [](TalvoConstant& c) { TalvoConstant x(1); c.setAnd(&x); }, "nil"},
+        {"int setInf double", TalvoConstant(2), [](TalvoConstant& c) { c.setInf(1.5); }, "double:1.5"},
+        {"double setSup int", TalvoConstant(1.5), [](TalvoConstant& c) { c.setSup(4); }, "int:4"},
+        {"int setSup smaller double", TalvoConstant(4), [](TalvoConstant& c) { c.setSup(3.0); }, "int:4"},
+        {"string setInf int", TalvoConstant("x"), [](TalvoConstant& c) { c.setInf(1); }, "nil"},
+        {"concat itself", TalvoConstant("ab"), [](TalvoConstant& c) { c.concat(&c); }, "string:abab"},
+        {"int concat string", TalvoConstant(1), [](TalvoConstant& c) { TalvoConstant x("ab"); c.concat(&x); }, "nil"},
     };
     for (auto& c : cases) {
         c.apply(c.start);
         EXPECT_EQ(show(c.start), c.expected) << c.name;
     }
-}
-
-TEST(TalvoConstant, NegAndAbs_KeepOrChangeTheType) {
-    TalvoConstant result, minimum(INT_MIN), three(-3), half(-0.5), text("1");
-    result.neg(&three);
-    EXPECT_EQ(show(result), "int:3");
-    result.neg(&minimum);
-    EXPECT_EQ(show(result), "int:-2147483648");
-    result.neg(&half);
-    EXPECT_EQ(show(result), "double:0.5");
-    result.neg(&text);
-    EXPECT_TRUE(result.isNil());
-    result.abs(&three);
-    EXPECT_EQ(show(result), "double:3");  // an int's absolute value is a double
-    result.abs(&text);
-    EXPECT_TRUE(result.isNil());
 }
 
 TEST(TalvoConstant, Logic_OperandTypeMatrix) {
@@ -319,29 +306,13 @@ TEST(TalvoConstant, Logic_OperandTypeMatrix) {
         {"true imply string", &TalvoConstant::imply, &Operands::yes, &Operands::text, "nil"},
     };
     runBinaryTable(cases, sizeof cases / sizeof cases[0]);
-    TalvoConstant c(true), one(1);
-    c.not_(&c);
-    EXPECT_EQ(show(c), "bool:false");
-    c.not_(&one);
-    EXPECT_TRUE(c.isNil());
-    c.set(true);
-    c.setAnd(false);
-    EXPECT_EQ(show(c), "bool:false");
-    c.setOr(true);
-    EXPECT_EQ(show(c), "bool:true");
-    c.setAnd(&one);
-    EXPECT_TRUE(c.isNil());
-    c.setOr(true);
-    EXPECT_TRUE(c.isNil());
 }
 
 TEST(TalvoConstant, Relations_OperandTypeMatrix) {
     const BinaryCase cases[] = {
         {"false lt true", &TalvoConstant::lt, &Operands::no, &Operands::yes, "bool:true"},
-        {"true geq false", &TalvoConstant::geq, &Operands::yes, &Operands::no, "bool:true"},
         {"true eq true", &TalvoConstant::eq, &Operands::yes, &Operands::yes, "bool:true"},
         {"int 3 eq double 3.0", &TalvoConstant::eq, &Operands::three, &Operands::threeAsDouble, "bool:true"},
-        {"int 2 lt int 3", &TalvoConstant::lt, &Operands::two, &Operands::three, "bool:true"},
         {"double 0.5 gt int 2", &TalvoConstant::gt, &Operands::half, &Operands::two, "bool:false"},
         {"int 3 leq double 3.0", &TalvoConstant::leq, &Operands::three, &Operands::threeAsDouble, "bool:true"},
         {"int df int", &TalvoConstant::df, &Operands::two, &Operands::three, "bool:true"},
@@ -351,11 +322,9 @@ TEST(TalvoConstant, Relations_OperandTypeMatrix) {
         {"bool eq int", &TalvoConstant::eq, &Operands::yes, &Operands::two, "nil"},
         {"nil eq nil", &TalvoConstant::eq, &Operands::nil, &Operands::nil, "nil"},
         {"pointer eq pointer", &TalvoConstant::eq, &Operands::pointer, &Operands::pointer, "nil"},
+        {"string lt high byte (unsigned)", &TalvoConstant::lt, &Operands::text, &Operands::highByte, "bool:true"},
     };
     runBinaryTable(cases, sizeof cases / sizeof cases[0]);
-    TalvoConstant a("a"), highByte("\xE9"), result;
-    result.lt(&a, &highByte);  // unsigned bytes
-    EXPECT_EQ(show(result), "bool:true");
 }
 
 TEST(TalvoConstant, InfAndSup_KeepTheChosenOperandsType) {
@@ -368,16 +337,6 @@ TEST(TalvoConstant, InfAndSup_KeepTheChosenOperandsType) {
         {"inf string", &TalvoConstant::inf, &Operands::two, &Operands::text, "nil"},
     };
     runBinaryTable(cases, sizeof cases / sizeof cases[0]);
-    TalvoConstant c(2);
-    c.setInf(1.5);
-    EXPECT_EQ(show(c), "double:1.5");
-    c.setSup(4);
-    EXPECT_EQ(show(c), "int:4");
-    c.setSup(3.0);
-    EXPECT_EQ(show(c), "int:4");
-    c.set("x");
-    c.setInf(1);
-    EXPECT_TRUE(c.isNil());
 }
 
 TEST(TalvoConstant, MathFunctions_HaveStrictDomains) {
@@ -400,7 +359,6 @@ TEST(TalvoConstant, MathFunctions_HaveStrictDomains) {
         {"log10 100", &TalvoConstant::log10, TalvoConstant(100), "double:2"},
         {"log10 -1", &TalvoConstant::log10, TalvoConstant(-1), "nil"},
         {"exp 0", &TalvoConstant::exp, TalvoConstant(0), "double:1"},
-        {"cos 0", &TalvoConstant::cos, TalvoConstant(0), "double:1"},
         {"acos 2 (library NaN)", &TalvoConstant::acos, TalvoConstant(2), "double:nan"},
         {"sin string", &TalvoConstant::sin, TalvoConstant("0"), "nil"},
         {"tanh bool", &TalvoConstant::tanh, TalvoConstant(true), "nil"},
@@ -410,11 +368,6 @@ TEST(TalvoConstant, MathFunctions_HaveStrictDomains) {
         (result.*c.op)(&c.operand);
         EXPECT_EQ(show(result), c.expected) << c.name;
     }
-    TalvoConstant result, two(2), ten(10), text("2");
-    result.pow(&two, &ten);
-    EXPECT_EQ(show(result), "double:1024");
-    result.atan2(&two, &text);
-    EXPECT_TRUE(result.isNil());
 }
 
 TEST(TalvoConstant, Concat_AppendsTheOperandsText) {
@@ -425,7 +378,6 @@ TEST(TalvoConstant, Concat_AppendsTheOperandsText) {
         {TalvoConstant(0.5), "string:x0.5"},
         {TalvoConstant(-12), "string:x-12"},
         {TalvoConstant(true), "string:xtrue"},
-        {TalvoConstant(false), "string:xfalse"},
         {TalvoConstant("yz"), "string:xyz"},
         {TalvoConstant(), "nil"},
         {TalvoConstant(TalvoInteger::allocate(1), TalvoInteger::free, 0), "nil"},
@@ -435,11 +387,6 @@ TEST(TalvoConstant, Concat_AppendsTheOperandsText) {
         x.concat(&c.operand);
         EXPECT_EQ(show(x), c.expected);
     }
-    TalvoConstant self("ab"), number(1);
-    self.concat(&self);
-    EXPECT_EQ(show(self), "string:abab");
-    number.concat(&self);
-    EXPECT_TRUE(number.isNil());
 }
 
 TEST(TalvoConstant, Dump_WritesTheValueWithoutNewline) {
