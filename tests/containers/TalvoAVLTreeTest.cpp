@@ -125,7 +125,9 @@ TEST(TalvoAVLTree, RemoveItem_RemovesOneEqualItem) {
     delete tree;
 }
 
-TEST(TalvoAVLTree, GetNthItem_Bounds) {
+// getNthItem takes 1 to count; the cursor also takes -1 to -count from the
+// end, and leaves 0 and out-of-range positions alone.
+TEST(TalvoAVLTree, Positions_Bounds) {
     std::vector<Keyed> k = {{4, 0}, {1, 0}, {3, 0}, {2, 0}, {5, 0}};
     TalvoAVLTree* tree = treeOf(k);
     struct { int n; int key; } table[] = {{0, -1}, {6, -1}, {-1, -1}, {1, 1}, {2, 2}, {3, 3}, {4, 4}, {5, 5}};
@@ -135,6 +137,14 @@ TEST(TalvoAVLTree, GetNthItem_Bounds) {
     }
     EXPECT_EQ(static_cast<Keyed*>(tree->getFirstItem())->key, 1);
     EXPECT_EQ(static_cast<Keyed*>(tree->getLastItem())->key, 5);
+    TalvoAVLTreeCursor* c = tree->newCursor();
+    struct { int position; int key; } cursorTable[] = {{1, 1}, {5, 5}, {-1, 5}, {-5, 1}, {-2, 4}, {2, 2},
+                                                       {0, 2}, {6, 2}, {-6, 2}};
+    for (auto& row : cursorTable) {
+        c->resetInPosition(row.position);
+        EXPECT_EQ(static_cast<Keyed*>(c->getItem())->key, row.key) << "p=" << row.position;
+    }
+    delete c;
     delete tree;
 }
 
@@ -167,6 +177,8 @@ TEST(TalvoAVLTree, NullCompare_KeepsInsertionOrder) {
     delete tree;
 }
 
+// Membership, positions and the cursor's resetOnItem go by identity: a twin
+// with an equal key is not in the tree.
 TEST(TalvoAVLTree, Contains_IsByIdentityAmongEqualItems) {
     std::vector<Keyed> k = {{1, 0}, {2, 0}, {2, 1}, {2, 2}, {3, 0}};
     Keyed twin = {2, 7};
@@ -176,6 +188,12 @@ TEST(TalvoAVLTree, Contains_IsByIdentityAmongEqualItems) {
     EXPECT_EQ(tree->getItemPosition(&k[3]), 4);
     EXPECT_EQ(tree->getItemPosition(&twin), 0);
     EXPECT_EQ(tree->lookForItem(&twin), &k[1]);  // first equal Item in order
+    TalvoAVLTreeCursor* c = tree->newCursor();
+    c->resetOnItem(&k[3]);
+    EXPECT_EQ(c->getItem(), &k[3]);
+    c->resetOnItem(&twin);
+    EXPECT_TRUE(c->getItem() == nullptr && c->isAfterLastItem() && !c->isBeforeFirstItem());
+    delete c;
     delete tree;
 }
 
@@ -219,38 +237,6 @@ TEST(TalvoAVLTree, CursorWalk_BothDirectionsAndEnds) {
     c->resetInPosition(1);
     c->decrement();
     EXPECT_TRUE(c->isBeforeFirstItem() && !c->isAfterLastItem());
-    delete c;
-    delete tree;
-}
-
-// resetOnItem finds that very pointer among equal Items, else ends after the last.
-TEST(TalvoAVLTree, CursorResetOnItem_FindsPointerOrEndsAfterLast) {
-    std::vector<Keyed> k = {{1, 0}, {1, 1}, {2, 0}};
-    Keyed twin = {1, 9};
-    TalvoAVLTree* tree = treeOf(k);
-    TalvoAVLTreeCursor* c = tree->newCursor();
-    c->resetOnItem(&k[1]);
-    EXPECT_EQ(c->getItem(), &k[1]);
-    c->resetOnItem(&twin);
-    EXPECT_TRUE(c->getItem() == nullptr && c->isAfterLastItem() && !c->isBeforeFirstItem());
-    delete c;
-    delete tree;
-}
-
-TEST(TalvoAVLTree, CursorResetInPosition_NegativeCountsFromEnd) {
-    std::vector<Keyed> k = {{1, 0}, {2, 0}, {3, 0}, {4, 0}};
-    TalvoAVLTree* tree = treeOf(k);
-    TalvoAVLTreeCursor* c = tree->newCursor();
-    struct { int position; int key; } table[] = {{1, 1}, {4, 4}, {-1, 4}, {-4, 1}, {-2, 3}, {2, 2}};
-    for (auto& row : table) {
-        c->resetInPosition(row.position);
-        EXPECT_EQ(static_cast<Keyed*>(c->getItem())->key, row.key) << "p=" << row.position;
-    }
-    // Out of range and 0 leave the cursor where it is (on 2).
-    for (int p : {0, 5, -5}) {
-        c->resetInPosition(p);
-        EXPECT_EQ(static_cast<Keyed*>(c->getItem())->key, 2) << "p=" << p;
-    }
     delete c;
     delete tree;
 }

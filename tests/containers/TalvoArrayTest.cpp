@@ -64,18 +64,14 @@ TEST(TalvoArray, ReduceDownToIndexRoundsUpToIncrement) {
     EXPECT_EQ(b.getCell(0), nullptr);
     b.setCell(0, I(2));
     EXPECT_EQ(b.getSize(), 4);
-}
-
-TEST(TalvoArray, ZeroIncrementStillGrows) {
-    TalvoArray a(0);
-    a.setCell(3, I(1));
-    EXPECT_EQ(a.getSize(), 4);
-    a.reduceDownToIndex(1);
-    EXPECT_EQ(a.getSize(), 4);
-    TalvoArray b(-5);
-    EXPECT_EQ(b.getSize(), 0);
-    b.pushItem(I(2));
-    EXPECT_EQ(b.popItem(), I(2));
+    // A zero or negative increment still grows the array to the index.
+    TalvoArray zero(0), negative(-5);
+    zero.setCell(3, I(1));
+    zero.reduceDownToIndex(1);
+    EXPECT_EQ(zero.getSize(), 4);
+    EXPECT_EQ(negative.getSize(), 0);
+    negative.pushItem(I(2));
+    EXPECT_EQ(negative.popItem(), I(2));
 }
 
 TEST(TalvoArray, SetCellKeepsItemCount) {

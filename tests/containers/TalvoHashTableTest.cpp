@@ -53,17 +53,6 @@ Steps resizeSteps(TalvoHashTable* table, int from, int to) {
 
 }  // namespace
 
-TEST(TalvoHashTable, Constructor_SetsDefaults) {
-    TalvoHashTable* table = new TalvoHashTable(valueHash);
-    EXPECT_EQ(table->getSize(), 1024);
-    EXPECT_EQ(table->getReductionThreshold(), 10);
-    EXPECT_EQ(table->getMinimumSize(), 1024);
-    EXPECT_EQ(table->getMaximumSize(), 131072);
-    EXPECT_DOUBLE_EQ(table->getEnlargementRatio(), 0.1);
-    EXPECT_TRUE(table->getResizing());
-    delete table;
-}
-
 TEST(TalvoHashTable, SetModulo_FollowsLadderWithItsOddRow) {
     struct { int size; int modulo; } table[] = {
         {1024, 1021}, {2048, 2039}, {16384, 16381}, {32678, 32749}, {32768, 32768},
@@ -74,6 +63,11 @@ TEST(TalvoHashTable, SetModulo_FollowsLadderWithItsOddRow) {
 
 TEST(TalvoHashTable, InsertItem_DoublesUpToMaximumSize) {
     TalvoHashTable* table = new TalvoHashTable(valueHash);
+    EXPECT_EQ(table->getReductionThreshold(), 10);
+    EXPECT_EQ(table->getMinimumSize(), 1024);
+    EXPECT_EQ(table->getMaximumSize(), 131072);
+    EXPECT_DOUBLE_EQ(table->getEnlargementRatio(), 0.1);
+    EXPECT_TRUE(table->getResizing());
     Steps expected = {{102, 2048},   {204, 4096},   {409, 8192},   {819, 16384},
                       {1638, 32768}, {3276, 65536}, {6553, 131072}};
     EXPECT_EQ(resizeSteps(table, 1, 20000), expected);
@@ -99,8 +93,7 @@ TEST(TalvoHashTable, RemoveItem_HalvesDownToMinimumSize) {
 
 TEST(TalvoHashTable, RemoveItems_HalvesAtMostOnce) {
     TalvoHashTable* table = new TalvoHashTable(valueHash);
-    for (int i = 1; i <= 500; i++)
-        table->insertItem(itemOf(i));
+    resizeSteps(table, 1, 500);
     ASSERT_EQ(table->getSize(), 8192);
     table->removeItems();
     EXPECT_EQ(table->getNumberOfItems(), 0);
