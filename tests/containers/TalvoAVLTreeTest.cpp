@@ -170,8 +170,7 @@ TEST(TalvoAVLTree, EmptyTree_AnswersNull) {
     EXPECT_EQ(tree->getItemPosition(nullptr), 0);
     TalvoAVLTreeCursor* c = tree->newCursor();
     c->resetOnFirstItem();
-    EXPECT_TRUE(c->isBeforeFirstItem());
-    EXPECT_TRUE(c->isAfterLastItem());
+    EXPECT_TRUE(c->isBeforeFirstItem() && c->isAfterLastItem());
     EXPECT_EQ(c->removeItemAndIncrement(), nullptr);
     delete c;
     delete tree;
@@ -180,7 +179,7 @@ TEST(TalvoAVLTree, EmptyTree_AnswersNull) {
 // Membership, positions and the cursor's resetOnItem go by identity: a twin
 // with an equal key is not in the tree.
 TEST(TalvoAVLTree, Contains_IsByIdentityAmongEqualItems) {
-    std::vector<Keyed> k = {{1, 0}, {2, 0}, {2, 1}, {2, 2}, {3, 0}};
+    std::vector<Keyed> k = {{3, 0}, {2, 0}, {2, 1}, {2, 2}, {1, 5}};
     Keyed twin = {2, 7};
     TalvoAVLTree* tree = treeOf(k);
     EXPECT_TRUE(tree->contains(&k[3]));
@@ -189,8 +188,8 @@ TEST(TalvoAVLTree, Contains_IsByIdentityAmongEqualItems) {
     EXPECT_EQ(tree->getItemPosition(&twin), 0);
     EXPECT_EQ(tree->lookForItem(&twin), &k[1]);  // first equal Item in order
     auto sameTag = [](void* item, void* key) { return static_cast<Keyed*>(item)->tag - *static_cast<int*>(key); };
-    int one = 1, nine = 9;
-    EXPECT_EQ(tree->searchItem(sameTag, &one), &k[2]);  // a scan with any call-back
+    int zero = 0, nine = 9;
+    EXPECT_EQ(tree->searchItem(sameTag, &zero), &k[1]);  // a scan: the first in order, not the first inserted
     EXPECT_EQ(tree->searchItem(sameTag, &nine), nullptr);
     TalvoAVLTreeCursor* c = tree->newCursor();
     c->resetOnItem(&k[3]);
