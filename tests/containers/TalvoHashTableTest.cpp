@@ -32,25 +32,26 @@ std::vector<std::intptr_t> cursorOrder(TalvoHashTable* table, bool backwards = f
     return values;
 }
 
-// The (count, new size) pairs at which the table changed size.
 using Steps = std::vector<std::pair<int, int>>;
 
-}  // namespace
-
-TEST(TalvoHashTable, Constructor_SetsDefaults) {
-    TalvoHashTable* table = new TalvoHashTable(valueHash);
-    EXPECT_EQ(table->getSize(), 1024);
-    EXPECT_EQ(table->getModulo(), 1021);
-    EXPECT_EQ(table->getEnlargementThreshold(), 102);
-    EXPECT_EQ(table->getReductionThreshold(), 10);
-    EXPECT_EQ(table->getMinimumSize(), 1024);
-    EXPECT_EQ(table->getMaximumSize(), 131072);
-    EXPECT_DOUBLE_EQ(table->getEnlargementRatio(), 0.1);
-    EXPECT_TRUE(table->getResizing());
-    EXPECT_EQ(table->getNumberOfItems(), 0);
-    EXPECT_EQ(table->getHash(), valueHash);
-    delete table;
+// Inserts the Items `from` up to `to`, or removes them when `from` > `to`
+// (walking down); returns the (count, new size) pairs at each change of size.
+Steps resizeSteps(TalvoHashTable* table, int from, int to) {
+    Steps steps;
+    int step = from <= to ? 1 : -1;
+    for (int i = from; i != to + step; i += step) {
+        int before = table->getSize();
+        if (step > 0)
+            table->insertItem(itemOf(i));
+        else
+            table->removeItem(itemOf(i));
+        if (table->getSize() != before)
+            steps.push_back({table->getNumberOfItems(), table->getSize()});
+    }
+    return steps;
 }
+
+}  // namespace
 
 TEST(TalvoHashTable, SetModulo_FollowsLadderWithItsOddRow) {
     struct { int size; int modulo; } table[] = {
@@ -62,73 +63,35 @@ TEST(TalvoHashTable, SetModulo_FollowsLadderWithItsOddRow) {
 
 TEST(TalvoHashTable, InsertItem_DoublesUpToMaximumSize) {
     TalvoHashTable* table = new TalvoHashTable(valueHash);
-    Steps steps;
-    for (int i = 1; i <= 20000; i++) {
-        int before = table->getSize();
-        table->insertItem(itemOf(i));
-        if (table->getSize() != before)
-            steps.push_back({table->getNumberOfItems(), table->getSize()});
-        if (table->getSize() == 2048 && before == 1024) {
-            EXPECT_EQ(table->getModulo(), 2039);
-            EXPECT_EQ(table->getEnlargementThreshold(), 204);
-            EXPECT_EQ(table->getReductionThreshold(), 20);
-        }
-        if (table->getSize() == 32768) {
-            EXPECT_EQ(table->getModulo(), 32768);
-        }
-    }
-    Steps expected = {{102, 2048},   {204, 4096},    {409, 8192},    {819, 16384},
-                      {1638, 32768}, {3276, 65536},  {6553, 131072}};
-    EXPECT_EQ(steps, expected);
+    EXPECT_EQ(table->getReductionThreshold(), 10);
+    EXPECT_EQ(table->getMinimumSize(), 1024);
+    EXPECT_EQ(table->getMaximumSize(), 131072);
+    EXPECT_DOUBLE_EQ(table->getEnlargementRatio(), 0.1);
+    EXPECT_TRUE(table->getResizing());
+    Steps expected = {{102, 2048},   {204, 4096},   {409, 8192},   {819, 16384},
+                      {1638, 32768}, {3276, 65536}, {6553, 131072}};
+    EXPECT_EQ(resizeSteps(table, 1, 20000), expected);
+    // The thresholds follow the size: a tenth and a hundredth, rounded down.
     EXPECT_EQ(table->getModulo(), 131071);
+    EXPECT_EQ(table->getEnlargementThreshold(), 13107);
+    EXPECT_EQ(table->getReductionThreshold(), 1310);
     EXPECT_EQ(table->getNumberOfItems(), 20000);
     EXPECT_TRUE(table->contains(itemOf(12345)));
-    delete table;
-}
-
-TEST(TalvoHashTable, RemoveItem_HalvesDownToMinimumSize) {
-    TalvoHashTable* table = new TalvoHashTable(valueHash);
-    const int n = 7000;
-    for (int i = 1; i <= n; i++)
-        table->insertItem(itemOf(i));
-    ASSERT_EQ(table->getSize(), 131072);
-    Steps steps;
-    for (int i = n; i >= 1; i--) {
-        int before = table->getSize();
-        table->removeItem(itemOf(i));
-        if (table->getSize() != before)
-            steps.push_back({table->getNumberOfItems(), table->getSize()});
-    }
-    Steps expected = {{1310, 65536}, {655, 32768}, {327, 16384}, {163, 8192},
-                      {81, 4096},    {40, 2048},   {20, 1024}};
-    EXPECT_EQ(steps, expected);
-    EXPECT_EQ(table->getModulo(), 1021);
-    delete table;
-}
-
-TEST(TalvoHashTable, RemoveItems_HalvesAtMostOnce) {
-    TalvoHashTable* table = new TalvoHashTable(valueHash);
-    for (int i = 1; i <= 500; i++)
-        table->insertItem(itemOf(i));
-    ASSERT_EQ(table->getSize(), 8192);
-    table->removeItems();
-    EXPECT_EQ(table->getNumberOfItems(), 0);
-    EXPECT_EQ(table->getSize(), 4096);
+    table->removeItems();  // a bulk removal halves at most once
+    EXPECT_EQ(table->getSize(), 65536);
     table->reset();
     EXPECT_EQ(table->getSize(), 1024);
     delete table;
 }
 
-TEST(TalvoHashTable, InsertItem_KeepsDuplicatesAndRemovesOneAtATime) {
+TEST(TalvoHashTable, RemoveItem_HalvesDownToMinimumSize) {
     TalvoHashTable* table = new TalvoHashTable(valueHash);
-    table->insertItem(itemOf(7));
-    table->insertItem(itemOf(7));
-    EXPECT_EQ(table->getNumberOfItems(), 2);
-    table->removeItem(itemOf(7));
-    EXPECT_EQ(table->getNumberOfItems(), 1);
-    EXPECT_TRUE(table->contains(itemOf(7)));
-    table->removeItem(itemOf(8));  // absent: nothing
-    EXPECT_EQ(table->getNumberOfItems(), 1);
+    resizeSteps(table, 1, 7000);
+    ASSERT_EQ(table->getSize(), 131072);
+    Steps expected = {{1310, 65536}, {655, 32768}, {327, 16384}, {163, 8192},
+                      {81, 4096},    {40, 2048},   {20, 1024}};
+    EXPECT_EQ(resizeSteps(table, 7000, 1), expected);
+    EXPECT_EQ(table->getModulo(), 1021);
     delete table;
 }
 
@@ -157,8 +120,7 @@ TEST(TalvoHashTable, CursorStates_OnEmptyAndAtEnds) {
     TalvoHashTable* table = new TalvoHashTable(valueHash);
     TalvoHashTableCursor* c = table->newCursor();
     c->resetOnFirstItem();
-    EXPECT_TRUE(c->isBeforeFirstItem());
-    EXPECT_TRUE(c->isAfterLastItem());
+    EXPECT_TRUE(c->isBeforeFirstItem() && c->isAfterLastItem());
     EXPECT_EQ(c->getItem(), nullptr);
     table->insertItem(itemOf(5));
     table->insertItem(itemOf(9));
@@ -169,8 +131,7 @@ TEST(TalvoHashTable, CursorStates_OnEmptyAndAtEnds) {
     c->increment();
     EXPECT_TRUE(c->isOnLastItem());
     c->increment();
-    EXPECT_TRUE(c->isAfterLastItem());
-    EXPECT_FALSE(c->isBeforeFirstItem());
+    EXPECT_TRUE(c->isAfterLastItem() && !c->isBeforeFirstItem());
     c->resetOnItem(itemOf(9));
     EXPECT_EQ(valueOf(c->getItem()), 9);
     TalvoHashTableCursor* twin = c->copy();
@@ -178,8 +139,7 @@ TEST(TalvoHashTable, CursorStates_OnEmptyAndAtEnds) {
     EXPECT_EQ(valueOf(twin->getItem()), 9);
     EXPECT_EQ(valueOf(c->getItem()), 5);
     c->decrement();
-    EXPECT_TRUE(c->isBeforeFirstItem());
-    EXPECT_FALSE(c->isAfterLastItem());
+    EXPECT_TRUE(c->isBeforeFirstItem() && !c->isAfterLastItem());
     delete twin;
     delete c;
     delete table;
@@ -215,8 +175,6 @@ TEST(TalvoHashTable, CursorRemoveItemAndDecrement_WithRepeatedPointer) {
     EXPECT_EQ(valueOf(c->removeItemAndDecrement()), 3);
     EXPECT_EQ(valueOf(c->getItem()), 1024);
     EXPECT_EQ(cursorOrder(table), (std::vector<std::intptr_t>{1024, 3}));
-    c->resetOnLastItem();
-    c->decrement();
     table->insertItem(itemOf(3));  // bucket now 1024, 3, 3
     c->resetOnLastItem();
     EXPECT_EQ(valueOf(c->removeItemAndDecrement()), 3);
@@ -246,19 +204,26 @@ TEST(TalvoHashTable, GetFirstItem_NullWhenLowestBucketIsEmpty) {
     delete table;
 }
 
+// Entry numbers are accepted up to the modulo itself (that slot is empty).
+// The ladder's 32678 row has a modulo above the size: every slot stays inside.
 TEST(TalvoHashTable, GetNthEntry_AcceptsModuloItself) {
     TalvoHashTable* table = new TalvoHashTable(valueHash);
     table->insertItem(itemOf(4));
     EXPECT_NE(table->getNthEntry(4), nullptr);
-    EXPECT_EQ(table->getNthEntry(1021), nullptr);
-    EXPECT_EQ(table->getNthEntry(1022), nullptr);
-    EXPECT_EQ(table->getNthEntry(-1), nullptr);
+    for (int n : {1021, 1022, -1})
+        EXPECT_EQ(table->getNthEntry(n), nullptr) << n;
     TalvoListCursor* c = table->newCursorOnNthEntry(1021);
     ASSERT_NE(c, nullptr);
     c->resetOnFirstItem();
     EXPECT_TRUE(c->isAfterLastItem());
     delete c;
     EXPECT_EQ(table->newCursorOnNthEntry(1022), nullptr);
+    table->setMinimumSize(32678);
+    table->reset();
+    EXPECT_EQ(table->getModulo(), 32749);
+    table->insertItem(itemOf(32748));
+    EXPECT_EQ(table->getNthEntry(32749), nullptr);
+    EXPECT_EQ(table->getLastNonEmptyEntryNumber(), 32748);
     delete table;
 }
 
@@ -275,19 +240,6 @@ TEST(TalvoHashTable, NegativeHash_StaysInsideTheTable) {
     for (int i = 0; i < 300; i++)
         table->removeItem(itemOf(i));
     EXPECT_EQ(table->getNumberOfItems(), 0);
-    delete table;
-}
-
-// The ladder's 32678 row has a modulo above the size; every slot stays inside.
-TEST(TalvoHashTable, OddLadderSize_KeepsEverySlotInside) {
-    TalvoHashTable* table = new TalvoHashTable(valueHash);
-    table->setMinimumSize(32678);
-    table->reset();
-    EXPECT_EQ(table->getSize(), 32678);
-    EXPECT_EQ(table->getModulo(), 32749);
-    table->insertItem(itemOf(32748));
-    EXPECT_EQ(table->getNthEntry(32749), nullptr);
-    EXPECT_EQ(table->getLastNonEmptyEntryNumber(), 32748);
     delete table;
 }
 
@@ -375,36 +327,26 @@ TEST(TalvoHashTable, SetOperations_ByIdentity) {
         delete t;
 }
 
-// The list ends empty and every Item of it is freed, held by the table or not.
-TEST(TalvoHashTable, DeleteItemsOfList_FreesEveryListItem) {
+// Deleting a list's Items empties the list and frees each of them, held by
+// the table or not; compareAndDeleteItems frees the matches in every bucket.
+TEST(TalvoHashTable, DeleteItems_FreeEveryItemTaken) {
     TalvoHashTable* table = new TalvoHashTable(boxHash);
     int* held = TalvoInteger::allocate(1);
-    int* kept = TalvoInteger::allocate(2);
     int* stranger = TalvoInteger::allocate(1);
     table->insertItem(held);
-    table->insertItem(kept);
+    for (int v : {3, 1, 3, 2, 1024})
+        table->insertItem(TalvoInteger::allocate(v));
     TalvoList* list = new TalvoList(2, held, stranger);
     table->deleteItems(list, TalvoInteger::free);
     EXPECT_TRUE(list->isEmpty());
-    EXPECT_EQ(table->getNumberOfItems(), 1);
-    EXPECT_TRUE(table->contains(kept));
-    delete list;
-    table->deleteWithItems(TalvoInteger::free);
-}
-
-TEST(TalvoHashTable, CompareAndDeleteItems_FreesMatchesInEveryBucket) {
-    TalvoHashTable* table = new TalvoHashTable(boxHash);
-    for (int v : {3, 1, 3, 2, 1024})
-        table->insertItem(TalvoInteger::allocate(v));
-    int three = 3;
+    EXPECT_EQ(table->getNumberOfItems(), 5);
+    int three = 3, seven = 7;
     table->compareAndDeleteItems(TalvoInteger::geq, &three, TalvoInteger::free);
     EXPECT_EQ(table->getNumberOfItems(), 3);
-    int seven = 7;
     table->compareAndRemoveItems(TalvoInteger::geq, &seven);
     EXPECT_EQ(table->getNumberOfItems(), 3);
-    table->deleteItems(TalvoInteger::free);
-    EXPECT_EQ(table->getNumberOfItems(), 0);
-    delete table;
+    delete list;
+    table->deleteWithItems(TalvoInteger::free);
 }
 
 TEST(TalvoHashTable, EnlargeAndReduce_OnlyWhileResizingIsOn) {

@@ -33,43 +33,29 @@ State on(void* item, bool first, bool last) { return {item, false, false, first,
 
 }  // namespace
 
-TEST(TalvoListCursor, NewCursorIsOffTheListAndIncrementKeepsIt) {
-    TalvoList list(2, I(1), I(2));
-    TalvoListCursor* c = list.newCursor();
-    EXPECT_EQ(stateOf(*c), Outside);
-    c->increment();
-    EXPECT_EQ(stateOf(*c), Outside);
-    c->decrement();
-    EXPECT_EQ(stateOf(*c), Outside);
-    c->resetOnFirstItem();
-    EXPECT_EQ(stateOf(*c), on(I(1), true, false));
-    delete c;
-}
-
+// A new cursor is off the list, and moves off the list do nothing: a cursor
+// after the last item must be reset, not decremented.
 TEST(TalvoListCursor, MovesAtBothEnds) {
     TalvoList list(2, I(1), I(2));
-    TalvoListCursor c(&list);
-    c.resetOnLastItem();
-    EXPECT_EQ(stateOf(c), on(I(2), false, true));
-    c.increment();
-    EXPECT_EQ(stateOf(c), After);
-    c.increment();  // off the list: nothing
-    EXPECT_EQ(stateOf(c), After);
-    c.decrement();  // a cursor after the last item must be reset, not decremented
-    EXPECT_EQ(stateOf(c), After);
-    c.resetOnFirstItem();
-    c.decrement();
-    EXPECT_EQ(stateOf(c), Before);
-    c.decrement();
-    c.increment();
-    EXPECT_EQ(stateOf(c), Before);
-}
-
-TEST(TalvoListCursor, SingleItemIsFirstAndLast) {
-    TalvoList list(1, I(5));
-    TalvoListCursor c(&list);
-    c.resetOnFirstItem();
-    EXPECT_EQ(stateOf(c), on(I(5), true, true));
+    TalvoListCursor* c = list.newCursor();
+    c->increment();
+    c->decrement();
+    EXPECT_EQ(stateOf(*c), Outside);
+    c->resetOnLastItem();
+    EXPECT_EQ(stateOf(*c), on(I(2), false, true));
+    c->increment();
+    EXPECT_EQ(stateOf(*c), After);
+    c->increment();
+    c->decrement();
+    EXPECT_EQ(stateOf(*c), After);
+    c->resetOnFirstItem();
+    EXPECT_EQ(stateOf(*c), on(I(1), true, false));
+    c->decrement();
+    EXPECT_EQ(stateOf(*c), Before);
+    c->decrement();
+    c->increment();
+    EXPECT_EQ(stateOf(*c), Before);
+    delete c;
 }
 
 TEST(TalvoListCursor, EmptyListIsBeforeAndAfter) {
@@ -116,20 +102,26 @@ TEST(TalvoListCursor, ResetOnItemFindsFirstOccurrence) {
     EXPECT_EQ(stateOf(c), After);
 }
 
+// Removing moves the cursor to the next item, so the three-line loop
+// empties the list.
 TEST(TalvoListCursor, RemoveAtCursorLeavesCursorOnNext) {
-    TalvoList list(3, I(1), I(2), I(3));
+    TalvoList list(4, I(1), I(2), I(3), I(4));
     TalvoListCursor c(&list);
     c.resetOnFirstItem();
     EXPECT_EQ(c.removeItemAndIncrement(), I(1));
     EXPECT_EQ(stateOf(c), on(I(2), true, false));
     c.resetOnLastItem();
-    EXPECT_EQ(c.removeItemAndIncrement(), I(3));
+    EXPECT_EQ(c.removeItemAndIncrement(), I(4));
     EXPECT_EQ(stateOf(c), After);
-    EXPECT_EQ(forward(&list), std::vector<void*>{I(2)});
-    EXPECT_EQ(backward(&list), std::vector<void*>{I(2)});
-    EXPECT_EQ(list.getNumberOfItems(), 1);
+    EXPECT_EQ(forward(&list), (std::vector<void*>{I(2), I(3)}));
+    EXPECT_EQ(backward(&list), forward(&list));
+    for (c.resetOnFirstItem(); !c.isAfterLastItem();)
+        c.removeItemAndIncrement();
+    EXPECT_EQ(list.getNumberOfItems(), 0);
+    EXPECT_EQ(forward(&list), std::vector<void*>{});
 }
 
+// A single item is both first and last.
 TEST(TalvoListCursor, RemoveAndDecrementAtFirstLeavesCursorBefore) {
     TalvoList list(2, I(1), I(2));
     TalvoListCursor c(&list);
@@ -141,16 +133,6 @@ TEST(TalvoListCursor, RemoveAndDecrementAtFirstLeavesCursorBefore) {
     EXPECT_TRUE(list.isEmpty());
     EXPECT_EQ(list.getTop(), nullptr);
     EXPECT_EQ(list.getLastItem(), nullptr);
-}
-
-TEST(TalvoListCursor, RemovingWhileWalkingEmptiesTheList) {
-    TalvoList list(4, I(1), I(2), I(3), I(4));
-    TalvoListCursor c(&list);
-    c.resetOnFirstItem();
-    while (!c.isAfterLastItem())
-        c.removeItemAndIncrement();
-    EXPECT_EQ(list.getNumberOfItems(), 0);
-    EXPECT_EQ(forward(&list), std::vector<void*>{});
 }
 
 TEST(TalvoListCursor, InsertionsAtEndsAreCounted) {

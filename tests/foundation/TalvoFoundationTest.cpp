@@ -11,56 +11,32 @@
 #include <cmath>
 #include <cstdint>
 
-using talvo_test::readDumpWithoutDates;
 using talvo_test::readFile;
 
 namespace {
 void* address(std::uintptr_t value) { return reinterpret_cast<void*>(value); }
 }  // namespace
 
-TEST(TalvoInteger, GeqAndLeqSubtract) {
-    int* three = TalvoInteger::allocate(3);
-    int* five = TalvoInteger::allocate(5);
-    EXPECT_EQ(TalvoInteger::geq(three, five), -2);
-    EXPECT_EQ(TalvoInteger::leq(three, five), 2);
-    TalvoInteger::free(three);
-    TalvoInteger::free(five);
-}
-
-TEST(TalvoInteger, GeqWrapsAroundInt32) {
-    int low = INT_MIN, one = 1, high = INT_MAX, minusOne = -1;
+// geq is a - b and leq b - a, wrapping in 32 bits; a null box reads as 0.
+TEST(TalvoInteger, GeqAndLeqSubtractAndWrap) {
+    int three = 3, five = 5, low = INT_MIN, one = 1, high = INT_MAX, minusOne = -1;
+    EXPECT_EQ(TalvoInteger::geq(&three, &five), -2);
+    EXPECT_EQ(TalvoInteger::leq(&three, &five), 2);
     EXPECT_EQ(TalvoInteger::geq(&low, &one), INT_MAX);
     EXPECT_EQ(TalvoInteger::leq(&one, &low), INT_MAX);
     EXPECT_EQ(TalvoInteger::geq(&high, &minusOne), INT_MIN);
-}
-
-TEST(TalvoInteger, NullBoxReadsAsZeroInCompares) {
-    int five = 5;
-    double half = 0.5;
     EXPECT_EQ(TalvoInteger::geq(&five, nullptr), 5);
     EXPECT_EQ(TalvoInteger::leq(&five, nullptr), -5);
-    EXPECT_EQ(TalvoDouble::geq(nullptr, &half), 1);
-    EXPECT_EQ(TalvoDouble::leq(nullptr, nullptr), 0);
 }
 
-TEST(TalvoInteger, CopyIsIndependentAndCounted) {
-    long before = TalvoMemoryManager::getAllocationBalance();
+TEST(TalvoInteger, CopyIsIndependent) {
     int* box = TalvoInteger::allocate(7);
     int* copy = static_cast<int*>(TalvoInteger::copy(box));
-    EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before + 2);
     EXPECT_NE(copy, box);
     EXPECT_EQ(*copy, 7);
     TalvoInteger::free(box);
     TalvoInteger::free(copy);
     EXPECT_EQ(TalvoInteger::copy(nullptr), nullptr);
-}
-
-TEST(TalvoInteger, FreeOfNullLowersBalance) {
-    long before = TalvoMemoryManager::getAllocationBalance();
-    TalvoMemoryManager::traceNew(nullptr, "TalvoInteger");
-    TalvoInteger::free(nullptr);
-    EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before);
-    EXPECT_EQ(readDumpWithoutDates(), "[banner]\nAttempt to free a NULL pointer.\n");
 }
 
 TEST(TalvoDouble, GeqAndLeqHaveOppositeSenseToInteger) {
@@ -70,9 +46,11 @@ TEST(TalvoDouble, GeqAndLeqHaveOppositeSenseToInteger) {
     EXPECT_EQ(TalvoDouble::geq(five, three), -1);
     EXPECT_EQ(TalvoDouble::leq(three, five), -1);
     EXPECT_EQ(TalvoDouble::leq(five, three), 1);
-    double nan = std::nan("");
+    double nan = std::nan(""), half = 0.5;
     EXPECT_EQ(TalvoDouble::geq(&nan, three), 0);
     EXPECT_EQ(TalvoDouble::leq(three, &nan), 0);
+    EXPECT_EQ(TalvoDouble::geq(nullptr, &half), 1);  // null reads as 0
+    EXPECT_EQ(TalvoDouble::leq(nullptr, nullptr), 0);
     void* copy = TalvoDouble::copy(five);
     EXPECT_EQ(*static_cast<double*>(copy), 5.0);
     TalvoDouble::free(copy);
@@ -86,13 +64,6 @@ TEST(TalvoFunction, CompareAddressIsUnsigned) {
     EXPECT_EQ(TalvoFunction::compareAddress(low, high), -1);
     EXPECT_EQ(TalvoFunction::compareAddress(high, low), 1);
     EXPECT_EQ(TalvoFunction::compareAddress(low, low), 0);
-}
-
-TEST(TalvoFunction, SelfAccessAndDoNothing) {
-    int x = 0;
-    EXPECT_EQ(TalvoFunction::selfAccess(&x, address(99)), &x);
-    TalvoFunction::doNothing(&x);
-    EXPECT_EQ(x, 0);
 }
 
 TEST(TalvoFunction, TraceMessageAppendsToTraceFile) {
@@ -109,19 +80,8 @@ TEST(TalvoComparator, BaseComparesPointersAsSigned32BitDifference) {
     delete comparator;
 }
 
-TEST(TalvoComparator, DerivedComparatorIsCalledThroughBase) {
-    struct ByValue : TalvoComparator {
-        int compareItems(void* a, void* b) override { return *(int*)a - *(int*)b; }
-    };
-    int one = 1, two = 2;
-    TalvoComparator* comparator = new ByValue;
-    EXPECT_LT(comparator->compareItems(&one, &two), 0);
-    delete comparator;
-}
-
 TEST(TalvoCursor, BaseBodiesAnswerAsEmpty) {
     TalvoCursor cursor;
-    long before = TalvoMemoryManager::getAllocationBalance();
     EXPECT_TRUE(cursor.isBeforeFirstItem());
     EXPECT_TRUE(cursor.isAfterLastItem());
     EXPECT_TRUE(cursor.isOnFirstItem());
@@ -135,7 +95,6 @@ TEST(TalvoCursor, BaseBodiesAnswerAsEmpty) {
     EXPECT_EQ(cursor.getItem(), nullptr);
     EXPECT_EQ(cursor.removeItemAndIncrement(), nullptr);
     EXPECT_EQ(cursor.removeItemAndDecrement(), nullptr);
-    EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before);
 }
 
 TEST(TalvoMath, ConstantsAndGammaFormula) {

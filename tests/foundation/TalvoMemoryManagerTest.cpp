@@ -47,35 +47,23 @@ TEST(TalvoMemoryManager, TraceNewCountsEvenWhenTracingIsOff) {
     EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before + 1);
     TalvoMemoryManager::traceDelete(nullptr, "Thing");
     EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before);
+    TalvoMemoryManager::traceAllocationDebugPoint("nothing");
     EXPECT_EQ(traceFile(), "<missing>");
 }
 
+// The balance line is written whether tracing is on or not, marked when it is.
 TEST(TalvoMemoryManager, TraceLinesShowPointerNameAndBalance) {
-    long before = TalvoMemoryManager::getAllocationBalance();
+    std::string b = std::to_string(TalvoMemoryManager::getAllocationBalance());
+    TalvoMemoryManager::traceAllocationBalance("plain");
     {
         TracingOn tracing;
         TalvoMemoryManager::traceNew(kPointer, "Thing");
         TalvoMemoryManager::traceAllocationDebugPoint("middle");
         TalvoMemoryManager::traceDelete(kPointer, "Thing");
-    }
-    std::string b = std::to_string(before);
-    EXPECT_EQ(traceFile(), "4096 :: new Thing [" + b + "]\n" + "point :: middle\n" +
-                               "4096 :: delete Thing [" + b + "]\n");
-}
-
-TEST(TalvoMemoryManager, DebugPointIsSilentWhenTracingIsOff) {
-    TalvoMemoryManager::traceAllocationDebugPoint("nothing");
-    EXPECT_EQ(traceFile(), "<missing>");
-}
-
-TEST(TalvoMemoryManager, AllocationBalanceLineMarksTracing) {
-    std::string b = std::to_string(TalvoMemoryManager::getAllocationBalance());
-    TalvoMemoryManager::traceAllocationBalance("plain");
-    {
-        TracingOn tracing;
         TalvoMemoryManager::traceAllocationBalance("traced");
     }
-    EXPECT_EQ(traceFile(), "plain: allocation balance = " + b + "\n" +
+    EXPECT_EQ(traceFile(), "plain: allocation balance = " + b + "\n" + "4096 :: new Thing [" + b + "]\n" +
+                               "point :: middle\n" + "4096 :: delete Thing [" + b + "]\n" +
                                "traced: allocation balance = " + b + " (traced)\n");
 }
 
@@ -176,7 +164,7 @@ TEST(TalvoMemoryManager, FormatInterpreterHandlesConversionsAndEscapes) {
         {"a\\tb%%c", "a\tbc"},
         {"%c|%s|%d", "Z|str|42"},
         {"x\\ny\\\\z\\q", "x\ny\\z\\q"},
-        {"%q%d", "Z"},  // "%q" is dropped and consumes nothing: %d reads 'Z' as an int
+        {"%q%d", "90"},  // "%q" is dropped and consumes nothing: %d reads 'Z' as an int
         {"", ""},
         {"end\\", "end\\"},
         {"end%", "end"},
@@ -184,10 +172,7 @@ TEST(TalvoMemoryManager, FormatInterpreterHandlesConversionsAndEscapes) {
     for (const Case& c : cases) {
         std::remove("fmt.txt");
         TalvoMemoryManager::trace("fmt.txt", c.format, 'Z', "str", 42, 7, 1.5, 2.5);
-        std::string expected = c.expected;
-        if (std::string(c.format) == "%q%d")
-            expected = std::to_string(static_cast<int>('Z'));
-        EXPECT_EQ(readFile("fmt.txt"), expected) << "format: " << c.format;
+        EXPECT_EQ(readFile("fmt.txt"), c.expected) << "format: " << c.format;
     }
 }
 
@@ -229,16 +214,12 @@ TEST(TalvoObject, NewTracesClassNameAndDeleteBalances) {
     EXPECT_EQ(traceFile(), p + " :: new Sample [" + b + "]\n" + p + " :: delete Sample [" + b + "]\n");
 }
 
-TEST(TalvoObject, DerivedClassTracesEachLevel) {
+// A derived class counts once per traced level; a copy counts as a new object.
+TEST(TalvoObject, DerivedAndCopiedObjectsKeepTheBalanceEven) {
     long before = TalvoMemoryManager::getAllocationBalance();
     Base* object = new Derived;
     EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before + 2);
     delete object;
-    EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before);
-}
-
-TEST(TalvoObject, CopiesKeepTheBalanceEven) {
-    long before = TalvoMemoryManager::getAllocationBalance();
     {
         Sample original;
         Sample copy(original);

@@ -21,17 +21,15 @@ std::string take(char* s) {
 
 }  // namespace
 
-TEST(TalvoRawString, AllocateGivesCountedZeroFilledBlock) {
+// A new block is counted and zero-filled; freeing null still lowers the
+// balance and is reported.
+TEST(TalvoRawString, AllocateAndFree) {
     long before = TalvoMemoryManager::getAllocationBalance();
     char* block = TalvoRawString::allocate(8);
     EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before + 1);
     for (int i = 0; i < 8; ++i)
         EXPECT_EQ(block[i], 0);
     TalvoRawString::free(block);
-}
-
-TEST(TalvoRawString, FreeOfNullStillCountsAndIsReported) {
-    long before = TalvoMemoryManager::getAllocationBalance();
     TalvoMemoryManager::traceNew(nullptr, "TalvoRawString");
     TalvoRawString::free(nullptr);
     EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before);
@@ -124,29 +122,21 @@ TEST(TalvoRawString, CompareNumerically) {
 }
 
 TEST(TalvoRawString, PredicatesFollowNullRules) {
-    const char* a = "a";
-    const char* b = "b";
-    struct Case {
+    bool (*predicates[])(const char*, const char*) = {
+        TalvoRawString::isEqual,       TalvoRawString::isDifferent,   TalvoRawString::isLessThan,
+        TalvoRawString::isLessOrEqual, TalvoRawString::isGreaterThan, TalvoRawString::isGreaterOrEqual};
+    // The answers of the predicates above, in that order.
+    struct {
         const char* x;
         const char* y;
-        bool eq, ne, lt, le, gt, ge;
-    };
-    const Case cases[] = {
-        {nullptr, nullptr, true, false, false, true, false, true},
-        {nullptr, a, false, true, true, true, false, false},
-        {a, nullptr, false, true, false, false, true, true},
-        {a, b, false, true, true, true, false, false},
-        {b, a, false, true, false, false, true, true},
-        {a, a, true, false, false, true, false, true},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(std::string(c.x ? c.x : "null") + " vs " + (c.y ? c.y : "null"));
-        EXPECT_EQ(TalvoRawString::isEqual(c.x, c.y), c.eq);
-        EXPECT_EQ(TalvoRawString::isDifferent(c.x, c.y), c.ne);
-        EXPECT_EQ(TalvoRawString::isLessThan(c.x, c.y), c.lt);
-        EXPECT_EQ(TalvoRawString::isLessOrEqual(c.x, c.y), c.le);
-        EXPECT_EQ(TalvoRawString::isGreaterThan(c.x, c.y), c.gt);
-        EXPECT_EQ(TalvoRawString::isGreaterOrEqual(c.x, c.y), c.ge);
+        const char* answers;
+    } cases[] = {{nullptr, nullptr, "100101"}, {nullptr, "a", "011100"}, {"a", nullptr, "010011"},
+                 {"a", "b", "011100"},         {"b", "a", "010011"},     {"a", "a", "100101"}};
+    for (const auto& c : cases) {
+        std::string answers;
+        for (auto predicate : predicates)
+            answers += predicate(c.x, c.y) ? '1' : '0';
+        EXPECT_EQ(answers, c.answers) << (c.x ? c.x : "null") << " vs " << (c.y ? c.y : "null");
     }
 }
 
