@@ -22,7 +22,8 @@ TEST(TalvoRawString, MatchPattern_SubjectFirstThenPattern) {
 TEST(TalvoRawString, ExtractSplitSubstitute_SubjectFirst) {
     EXPECT_EQ(take(TalvoRawString::extractPattern("the 42 cats", "[0-9]+")), "42");
     EXPECT_EQ(take(TalvoRawString::extractPattern("abc", "x")), "<null>");
-    EXPECT_EQ(takeList(TalvoRawString::splitWithPattern("a1b22c", "[0-9]+")), (std::vector<std::string>{"a", "b", "c"}));
+    EXPECT_EQ(takeList(TalvoRawString::splitWithPattern("a1b22c", "[0-9]+")),
+              (std::vector<std::string>{"a", "b", "c"}));
     EXPECT_TRUE(takeList(TalvoRawString::splitWithPattern("", ",")).empty());
     EXPECT_EQ(take(TalvoRawString::substitutePattern("foo", "o", "0")), "f0o");
     EXPECT_EQ(take(TalvoRawString::substitutePatterns("a-b", "(.)-(.)", "\\2-\\1")), "b-a");

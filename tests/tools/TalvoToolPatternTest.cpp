@@ -57,7 +57,8 @@ TEST(TalvoToolGrep, SeveralFiles_PrefixTheirNamesAndKeepGoingPastAMissingOne) {
 
 TEST(TalvoToolGrep, InvalidPattern_ExitsTwoWithOneDiagnostic) {
     for (const char* pattern : {"a|", "(a", "[abc", ""})
-        EXPECT_EQ(runTool({"grep", pattern}, Log), (ToolRun{"", "talvo: invalid pattern '" + std::string(pattern) + "'\n", 2}));
+        EXPECT_EQ(runTool({"grep", pattern}, Log),
+                  (ToolRun{"", "talvo: invalid pattern '" + std::string(pattern) + "'\n", 2}));
     EXPECT_EQ(runTool({"sub", "(", "x"}, Log), (ToolRun{"", "talvo: invalid pattern '('\n", 2}));
 }
 

@@ -97,7 +97,8 @@ TEST(TalvoToolStats, Svg_ReadsBackWithTheLibrarysParser) {
 
 TEST(TalvoToolChrono, Points_OneLinePerPointWhenUnderTheLimit) {
     EXPECT_EQ(runTool({"chrono"}, "# t v\n1 10\n2 20\n4 40\n"),
-              (ToolRun{"# x width count mean minimum maximum\n1 1 1 10 10 10\n2 1 1 20 20 20\n4 2 1 40 40 40\n", "", 0}));
+              (ToolRun{"# x width count mean minimum maximum\n1 1 1 10 10 10\n2 1 1 20 20 20\n4 2 1 40 40 40\n",
+                       "", 0}));
 }
 
 TEST(TalvoToolChrono, Reduction_KeepsAtMostTheRequestedPointsAndTheTotalWidth) {

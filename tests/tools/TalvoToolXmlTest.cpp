@@ -86,5 +86,6 @@ TEST(TalvoToolXml, Get_BadPathOrMissingFile_ExitsTwo) {
     writeFile("config.xml", Config);
     EXPECT_EQ(runTool({"xml", "get", "config.xml", "server@"}),
               (ToolRun{"", "talvo: server@: not a path like server/port or server@port\n", 2}));
-    EXPECT_EQ(runTool({"xml", "get", "none.xml", "a"}), (ToolRun{"", "talvo: none.xml: No such file or directory\n", 2}));
+    EXPECT_EQ(runTool({"xml", "get", "none.xml", "a"}),
+              (ToolRun{"", "talvo: none.xml: No such file or directory\n", 2}));
 }
