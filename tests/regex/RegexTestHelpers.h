@@ -42,16 +42,20 @@ inline std::string dump(const TalvoRegex* node) {
     return "?";
 }
 
+// Everything `file` holds from its start; the file is closed.
+inline std::string readAndClose(FILE* file) {
+    std::rewind(file);
+    std::string text;
+    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) text += static_cast<char>(c);
+    std::fclose(file);
+    return text;
+}
+
 // What print writes for a tree.
 inline std::string printed(const TalvoRegex* node) {
     FILE* file = std::tmpfile();
     node->print(file);
-    std::rewind(file);
-    std::string text;
-    int c;
-    while ((c = std::fgetc(file)) != EOF) text += static_cast<char>(c);
-    std::fclose(file);
-    return text;
+    return readAndClose(file);
 }
 
 // A returned raw string as std::string ("<null>" for null), freed.

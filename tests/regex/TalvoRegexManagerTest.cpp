@@ -39,46 +39,27 @@ TEST(TalvoRegexManager, CompilePattern_BuildsTreeOfEveryRule) {
         {"a|b|c", "alt(alt(a,b),c)"},
         {"ab|cd", "alt(cat(a,b),cat(c,d))"},
         {"ab*", "cat(a,star(b))"},
-        {"a+", "plus(a)"},
-        {"a?", "opt(a)"},
         {"a*?", "opt(star(a))"},
-        {"a**", "star(star(a))"},
         {"a+*?", "opt(star(plus(a)))"},
         {"(ab)*", "star(group1(cat(a,b)))"},
         {"((a)(b))", "group1(cat(group2(a),group3(b)))"},
-        {"(a)|(b)", "alt(group1(a),group2(b))"},
         {"(a(b|c))(d)", "cat(group1(cat(a,group2(alt(b,c)))),group3(d))"},
         {"^a$", "cat(cat(^,a),$)"},
         {"$*", "star($)"},
         {"a^b", "cat(cat(a,^),b)"},
         {".", "any"},
-        {"a.b", "cat(cat(a,any),b)"},
         {"[a-z]+", "plus(class([a-z]))"},
         {"[^]a]", "class([^]a])"},
         {"[]a]", "class([]a])"},
-        {"[^^]", "class([^^])"},
         {"[a\\]", "class([a\\])"},
         {"[(|)*]", "class([(|)*])"},
         {"a\\12", "cat(a,ref12)"},
-        {"a\\0", "cat(a,ref0)"},
         {"a\\007", "cat(a,ref7)"},
         {"\\1", "ref0"},  // the root's number is set to 0
-        {"(a)\\1", "cat(group1(a),ref1)"},
-        {"x\\\\", "cat(x,esc(\\))"},
         {"\\?", "opt(\\)"},
         {"\\a", "cat(\\,a)"},
         {"\\", "\\"},
-        {"a\\", "cat(a,\\)"},
-        {"\\{", "cat(\\,{)"},
-        {"\\-", "cat(\\,-)"},
-        {"{}", "cat({,})"},
-        {"a-b", "cat(cat(a,-),b)"},
-    };
-    for (const Parse& p : table) EXPECT_EQ(compileDump(p.pattern), p.tree) << p.pattern;
-}
-
-TEST(TalvoRegexManager, CompilePattern_ResolvesTheFourteenEscapes) {
-    const Parse table[] = {
+        // the fourteen escapes
         {"\\t", "esc(\\t)"}, {"\\n", "esc(\\n)"}, {"\\r", "esc(\\r)"},
         {"\\(", "esc(()"},   {"\\)", "esc())"},   {"\\[", "esc([)"},
         {"\\]", "esc(])"},   {"\\$", "esc($)"},   {"\\^", "esc(^)"},
@@ -176,12 +157,9 @@ void expectSearches(const std::vector<Search>& table) {
 
 TEST(TalvoRegexManager, MatchPattern_FirstSuccessAtLeftmostStart) {
     expectSearches({
-        {"b", "abc", 1, "b"},
         {"a|ab", "ab", 0, "a"},            // left alternative first, not the longest
-        {"ab|a", "ab", 0, "ab"},
         {"a*", "baa", 0, ""},              // empty match at the first start
         {"a+", "baa", 1, "aa"},
-        {"a?b", "ab", 0, "ab"},
         {"x", "", -1, "<null>"},
         {"a*", "", -1, "<null>"},          // an empty text is never matched
         {".", "\n", 0, "\n"},
@@ -189,44 +167,41 @@ TEST(TalvoRegexManager, MatchPattern_FirstSuccessAtLeftmostStart) {
     });
 }
 
-TEST(TalvoRegexManager, MatchPattern_PlusFallsBackBeforeItsIterationOnly) {
+TEST(TalvoRegexManager, MatchPattern_RepetitionsNeverReviseAnIteration) {
     expectSearches({
+        // a plus falls back before its iteration only
         {"a+ab", "ab", 0, "ab"},
-        {"a+a", "a", 0, "a"},
-        {"a+aa", "aa", 0, "aa"},
         {"a+b", "b", -1, "<null>"},        // the first iteration is still required
-        {"(ab)+ab", "ab", 0, "ab"},
         // an iteration is never revised
         {"(a|ab)*c", "abc", 2, "c"},
         {"(a|ab)(c)", "abc", 0, "abc"},     // outside a repetition the group backtracks
         {"(a*)a", "aaa", 0, "aaa"},        // a group is no repetition: a* gives back
         {"(a*)*a", "aaa", 0, "a"},         // the iteration keeps aaa; fallbacks shorten
         {"(ab|a)*b", "abab", 1, "b"},      // the iterations keep "ab", "ab"
+        // iterations that consume nothing end the repetition
+        {"(a*)*", "b", 0, ""},
+        {"(a*)*b", "aab", 0, "aab"},
+        {"(a*)+b", "b", 0, "b"},
+        {"(a?)*c", "aac", 0, "aac"},
+        {"($)*", "a", 0, ""},
+        {"(^)*a", "ba", 1, "a"},
+        {"(a*|b)*c", "abbac", 3, "ac"},       // a* always wins with "" where no a stands
+        {"(\\1a)*", "aa", 0, ""},
+        {"(x*)*\\1y", "xxy", 0, "xxy"},
     });
 }
 
-TEST(TalvoRegexManager, MatchPattern_DollarIsStrict) {
+TEST(TalvoRegexManager, MatchPattern_DollarIsStrictCaretOnlyAtZero) {
     expectSearches({
         {"$", "abc", -1, "<null>"},
-        {"$", "", -1, "<null>"},
         {"a$", "aba", 2, "a"},
-        {"a$", "ab", -1, "<null>"},
         {"(a$)", "a", -1, "<null>"},       // the group's closing step still follows
-        {"a$b", "ab", -1, "<null>"},
         {"a$|b", "ab", 1, "b"},
-        {"b|a$", "a", 0, "a"},
         {"a$*", "a", 0, "a"},              // the iteration alone has nothing after it
         {"(a|b$)*", "ab", 0, "a"},
         {"[a-z]+$", "ab1cd", 3, "cd"},
-    });
-}
-
-TEST(TalvoRegexManager, MatchPattern_CaretOnlyAtZero) {
-    expectSearches({
         {"^a", "ba", -1, "<null>"},
-        {"^a", "ab", 0, "a"},
         {"b|^a", "ab", 0, "a"},
-        {"x^", "x", -1, "<null>"},
         {"a*^b", "b", 0, "b"},
         {"a*^b", "ab", -1, "<null>"},
         {"(^a)+", "aa", 0, "a"},
@@ -236,61 +211,37 @@ TEST(TalvoRegexManager, MatchPattern_CaretOnlyAtZero) {
 
 TEST(TalvoRegexManager, MatchPattern_BackReferences) {
     expectSearches({
-        {"(a)\\1", "aa", 0, "aa"},
         {"(a)\\2", "aa", -1, "<null>"},       // slot 2 is empty
         {"\\1(a)", "aa", -1, "<null>"},       // group 1 has not completed yet
-        {"(a*)b\\1", "aabaa", 0, "aabaa"},
         {"(a*)b\\1", "aaba", 1, "aba"},
         {"(a*)x\\1y", "xy", 0, "xy"},         // an empty capture matches empty
         {"(.)(.)\\2\\1", "xabba", 1, "abba"},
-        {"(a|b)\\1", "abb", 1, "bb"},
         {"(a)|\\1b", "b", -1, "<null>"},
         {"a\\0", "aa", -1, "<null>"},          // slot 0 is empty in a new manager
     });
 }
 
-TEST(TalvoRegexManager, MatchPattern_ClassMembership) {
+TEST(TalvoRegexManager, MatchPattern_ClassesEscapesAndBackslash) {
     expectSearches({
         {"[]a]+", "x]a]", 1, "]a]"},
         {"[^]a]+", "]ab]", 2, "b"},
-        {"[a-]+", "x-a-", 1, "-a-"},
-        {"[z-a]+", "mz-a", 1, "z-a"},
-        {"[z-a]", "m", -1, "<null>"},
-        {"[a-Z]+", "ba-Z", 1, "a-Z"},
-        {"[0-z]", "5", -1, "<null>"},
-        {"[a-a]+", "ba-", 1, "a-"},
         {"[\\n]", "n\n", 1, "\n"},
-        {"[\\t\\r]+", "x\t\r", 1, "\t\r"},
-        {"[\\-\\.]+", "x-.", 1, "-."},
         {"[\\\\]", "\\", -1, "<null>"},       // a backslash only lets the next byte through
-        {"[^a-z0-9]", "az09_", 4, "_"},
-        {"[^^]", "^x", 1, "x"},
         {"x\\[", "x[", 0, "x["},              // an escaped "[" is that byte
-        {"\\]", "]", 0, "]"},
-        {"[a-c-e]+", "b-e", 0, "b-e"},
-    });
-}
-
-TEST(TalvoRegexManager, MatchPattern_EscapesAndBackslash) {
-    expectSearches({
         {"a\\?", "a", 0, "a"},
         {"a\\?", "a\\", 0, "a\\"},
         {"\\?", "x", 0, ""},
         {"\\a", "\\a", 0, "\\a"},
-        {"\\t", "x\t", 1, "\t"},
-        {"\\.", "a.", 1, "."},
-        {"\\\\", "a\\", 1, "\\"},
         {"\\{2\\}", "\\{2\\}", 0, "\\{2\\}"},
     });
 }
 
-namespace {
-
-struct Slots { const char* pattern; const char* subject; int start; std::vector<std::pair<int, const char*>> slots; };
-
-}  // namespace
-
 TEST(TalvoRegexManager, MatchPattern_SlotsAfterASearch) {
+    struct Slots {
+        const char *pattern, *subject;
+        int start;
+        std::vector<std::pair<int, const char*>> slots;
+    };
     const Slots table[] = {
         {"(a)x|ab", "ab", 0, {{1, "a"}}},  // captures from abandoned paths stay
         {"(a|b)*", "ab", 0, {{1, "b"}}},
@@ -304,20 +255,6 @@ TEST(TalvoRegexManager, MatchPattern_SlotsAfterASearch) {
         for (const auto& expected : t.slots)
             EXPECT_EQ(slot(&manager, expected.first), expected.second) << t.pattern << " slot " << expected.first;
     }
-}
-
-TEST(TalvoRegexManager, MatchPattern_EmptyIterationsEnd) {
-    expectSearches({
-        {"(a*)*", "b", 0, ""},
-        {"(a*)*b", "aab", 0, "aab"},
-        {"(a*)+b", "b", 0, "b"},
-        {"(a?)*c", "aac", 0, "aac"},
-        {"($)*", "a", 0, ""},
-        {"(^)*a", "ba", 1, "a"},
-        {"(a*|b)*c", "abbac", 3, "ac"},       // a* always wins with "" where no a stands
-        {"(\\1a)*", "aa", 0, ""},
-        {"(x*)*\\1y", "xxy", 0, "xxy"},
-    });
 }
 
 TEST(TalvoRegexManager, Captures_PersistBetweenOperations) {
@@ -334,8 +271,6 @@ TEST(TalvoRegexManager, SetBackReference_StoresCopiesAndGrows) {
     manager.setBackReference(3, text);
     text[0] = 'z';
     EXPECT_EQ(slot(&manager, 3), "xy");
-    manager.setBackReference(3, "w");
-    EXPECT_EQ(slot(&manager, 3), "w");
     manager.setBackReference(40, "far");
     EXPECT_EQ(slot(&manager, 40), "far");
     manager.setBackReference(-1, "none");
@@ -353,26 +288,17 @@ TEST(TalvoRegexManager, ExtractPattern_CopiesTheMatch) {
 
 // --- Splitting
 
-namespace {
-
-struct Split { const char* pattern; const char* subject; std::vector<std::string> pieces; };
-
-}  // namespace
-
 TEST(TalvoRegexManager, SplitWithPattern_PiecesBetweenMatches) {
+    struct Split { const char* pattern; const char* subject; std::vector<std::string> pieces; };
     const Split table[] = {
         {",", ",a,,b,", {"", "a", "", "b"}},
         {",", "abc", {"abc"}},
         {",", "", {}},
         {",", ",", {""}},
-        {",", ",,", {"", ""}},
         {",+", "a,,b", {"a", "b"}},
-        {" *; *", "a ; b;c", {"a", "b", "c"}},
         {"x*", "abc", {"", "a", "b", "c"}},   // empty matches: step one byte
         {"b*", "abba", {"", "a", "", "a"}},
-        {"$", "ab", {"ab"}},
         {"^a", "aaa", {"", "aa"}},
-        {"a+ab", "xab", {"x"}},
     };
     for (const Split& s : table) {
         TalvoRegexManager manager(s.pattern);
@@ -390,37 +316,27 @@ TEST(TalvoRegexManager, SplitWithPattern_LeavesSlotZeroAlone) {
 
 // --- Substitution
 
-namespace {
-
-struct Substitution { const char* pattern; const char* subject; const char* replacement; const char* first; const char* all; };
-
-}  // namespace
-
 TEST(TalvoRegexManager, Substitute_FirstAndEveryMatch) {
+    struct Substitution { const char *pattern, *subject, *replacement, *first, *all; };
     const Substitution table[] = {
         {"o", "foo", "0", "f0o", "f00"},
         {"(a)", "banana", "<\\1>", "b<a>nana", "b<a>n<a>n<a>"},
         {"a", "a", "\\x", "\\x", "\\x"},
         {"a", "a", "x\\", "x\\", "x\\"},
-        {"a", "a", "\\\\1", "\\<null-slot>", "\\<null-slot>"},
+        {"a", "a", "\\\\1", "\\", "\\"},    // the first backslash is copied, \1 is empty
         {"(a)(b)", "ab", "\\2\\1\\3\\9", "ba", "ba"},
         {"(a)", "a", "\\01", "a", "a"},
-        {"z", "abc", "x", "abc", "abc"},
         {"a", "aaa", "", "aa", "<null>"},    // nothing written at all gives null
         {"a", "", "x", "<null>", "<null>"},
         {"x*", "abc", "-", "-abc", "-a-b-c"},   // an empty match copies the next byte
         {"a*", "baaac", "-", "-baaac", "-b--c"},
         {"b+", "abbcb", "[&]", "a[&]cb", "a[&]c[&]"},
-        {"$", "ab", "!", "ab", "ab"},
     };
     for (const Substitution& s : table) {
-        std::string first = s.first, all = s.all;
-        // "\\1" after a backslash: the slot is empty, so only the backslash stays
-        if (first == "\\<null-slot>") first = all = "\\";
         TalvoRegexManager one(s.pattern);
-        EXPECT_EQ(take(one.substitutePattern(s.subject, s.replacement)), first) << s.pattern << " on " << s.subject;
+        EXPECT_EQ(take(one.substitutePattern(s.subject, s.replacement)), s.first) << s.pattern << " on " << s.subject;
         TalvoRegexManager every(s.pattern);
-        EXPECT_EQ(take(every.substitutePatterns(s.subject, s.replacement)), all) << s.pattern << " on " << s.subject;
+        EXPECT_EQ(take(every.substitutePatterns(s.subject, s.replacement)), s.all) << s.pattern << " on " << s.subject;
     }
 }
 
@@ -468,12 +384,9 @@ TEST(TalvoRegexManager, NewRegex_CyclicTreeNeverMatches) {
 // the capture left by the previous call, so a second call on the same manager
 // matches earlier than the first. The fuzz check now compares on a fresh manager.
 TEST(TalvoRegexManager, CapturesLeftByOneCallMoveTheNextMatch) {
-    TalvoRegexManager* manager = new TalvoRegexManager("(a\\n*\\1*)\xff");
+    TalvoRegexManager manager("(a\\n*\\1*)\xff");
     const char* subject = "aa\xff\xff";
-    EXPECT_EQ(manager->matchPattern(subject), 1);
-    char* extracted = manager->extractPattern(subject);
-    EXPECT_STREQ(extracted, "aa\xff");
-    EXPECT_EQ(manager->matchPattern(subject), 1);
-    TalvoRawString::free(extracted);
-    delete manager;
+    EXPECT_EQ(manager.matchPattern(subject), 1);
+    EXPECT_EQ(take(manager.extractPattern(subject)), "aa\xff");  // \1 reads the "a" the last call left
+    EXPECT_EQ(manager.matchPattern(subject), 1);
 }

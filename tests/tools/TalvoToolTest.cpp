@@ -11,7 +11,7 @@ using talvo_tool_test::ToolRun;
 
 namespace {
 
-const char* const UsageHint = "Run 'talvo --help' or 'talvo COMMAND --help' for usage.\n";
+const std::string UsageHint = "Run 'talvo --help' or 'talvo COMMAND --help' for usage.\n";
 
 std::string formatDraw(double value) {
     char text[64];
@@ -22,10 +22,7 @@ std::string formatDraw(double value) {
 }  // namespace
 
 TEST(TalvoTool, Version_PrintsNameAndVersion) {
-    ToolRun run = runTool({"--version"});
-    EXPECT_EQ(run.out, "talvo " TALVO_VERSION "\n");
-    EXPECT_EQ(run.err, "");
-    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(runTool({"--version"}), (ToolRun{"talvo " TALVO_VERSION "\n", "", 0}));
 }
 
 TEST(TalvoTool, Help_EveryCommandDescribesItselfAndExitsZero) {
@@ -45,27 +42,17 @@ TEST(TalvoTool, Help_EveryCommandDescribesItselfAndExitsZero) {
 }
 
 TEST(TalvoTool, BadUsage_ExitsTwoWithOnePrefixedLine) {
-    struct Case {
-        std::vector<std::string> arguments;
-        std::string err;
-    };
-    const Case cases[] = {
-        {{}, "talvo: A subcommand is required\n" + std::string(UsageHint)},
-        {{"grep"}, "talvo: PATTERN is required\n" + std::string(UsageHint)},
-        {{"sub", "a"}, "talvo: REPLACEMENT is required\n" + std::string(UsageHint)},
-        {{"stats", "--bins", "0"}, "talvo: --bins: Value 0 not in range 1 to 10000\n" + std::string(UsageHint)},
-        {{"chrono", "--points", "many"}, "talvo: --points: Value many not in range 1 to 1000000\n" + std::string(UsageHint)},
-        {{"xml", "get", "a.xml"}, "talvo: PATH is required\n" + std::string(UsageHint)},
-        {{"stats", "--frobnicate"}, "talvo: The following argument was not expected: --frobnicate\n" + std::string(UsageHint)},
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
+        {{}, "talvo: A subcommand is required\n" + UsageHint},
+        {{"grep"}, "talvo: PATTERN is required\n" + UsageHint},
+        {{"stats", "--bins", "0"}, "talvo: --bins: Value 0 not in range 1 to 10000\n" + UsageHint},
+        {{"chrono", "--points", "many"}, "talvo: --points: Value many not in range 1 to 1000000\n" + UsageHint},
+        {{"xml", "get", "a.xml"}, "talvo: PATH is required\n" + UsageHint},
+        {{"stats", "--frobnicate"}, "talvo: The following argument was not expected: --frobnicate\n" + UsageHint},
         {{"frobnicate"}, "talvo: unknown command 'frobnicate'\nRun 'talvo --help' for the list of commands.\n"},
     };
-    for (const Case& c : cases) {
-        ToolRun run = runTool(c.arguments);
-        std::string shown = c.arguments.empty() ? "(none)" : c.arguments[0];
-        EXPECT_EQ(run.status, 2) << shown;
-        EXPECT_EQ(run.out, "") << shown;
-        EXPECT_EQ(run.err, c.err) << shown;
-    }
+    for (const auto& c : cases)
+        EXPECT_EQ(runTool(c.first), (ToolRun{"", c.second, 2}));
 }
 
 TEST(TalvoToolRandom, Draws_AreTheLibraryGeneratorsOwn) {
@@ -74,33 +61,28 @@ TEST(TalvoToolRandom, Draws_AreTheLibraryGeneratorsOwn) {
     std::string expected;
     for (int i = 0; i < 3; ++i)
         expected += formatDraw(plain.normalDraw(10.0, 2.0));
-    ToolRun run = runTool({"random", "--kind", "2", "--seed", "99", "--count", "3", "normal", "10", "2"});
-    EXPECT_EQ(run.out, expected);
-    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(runTool({"random", "--kind", "2", "--seed", "99", "--count", "3", "normal", "10", "2"}),
+              (ToolRun{expected, "", 0}));
 
     TalvoShuffledCongruentialRandomizer shuffled(1);
     expected = formatDraw(shuffled.betaDraw(2.0, 5.0));
     expected += formatDraw(shuffled.betaDraw(2.0, 5.0));
-    run = runTool({"random", "--shuffled", "--count", "2", "beta", "2", "5"});
-    EXPECT_EQ(run.out, expected);
+    EXPECT_EQ(runTool({"random", "--shuffled", "--count", "2", "beta", "2", "5"}).out, expected);
 }
 
 TEST(TalvoToolRandom, Defaults_UniformOnZeroOneAndExponentialOfMeanOne) {
     TalvoCongruentialRandomizer forUniform(1);
     EXPECT_EQ(runTool({"random", "--count", "1", "uniform"}).out, formatDraw(forUniform.uniformDraw(0.0, 1.0)));
     TalvoCongruentialRandomizer forExponential(1);
-    EXPECT_EQ(runTool({"random", "--count", "1", "exponential"}).out,
-              formatDraw(forExponential.exponentialDraw()));
+    EXPECT_EQ(runTool({"random", "--count", "1", "exponential"}).out, formatDraw(forExponential.exponentialDraw()));
     EXPECT_EQ(runTool({"random", "--count", "0", "gamma", "2"}).out, "");
 }
 
 TEST(TalvoToolRandom, BadDistributionOrParameters_ExitTwo) {
-    ToolRun run = runTool({"random", "uniform", "0", "1", "2"});
-    EXPECT_EQ(run.status, 2);
-    EXPECT_EQ(run.err, "talvo: too many parameters for uniform; usage: talvo random uniform [LOW [HIGH]]\n");
-    run = runTool({"random", "cauchy"});
+    EXPECT_EQ(runTool({"random", "uniform", "0", "1", "2"}),
+              (ToolRun{"", "talvo: too many parameters for uniform; usage: talvo random uniform [LOW [HIGH]]\n", 2}));
+    ToolRun run = runTool({"random", "cauchy"});
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(run.err.rfind("talvo: DIST: cauchy not in", 0), 0u) << run.err;
-    run = runTool({"random", "--kind", "4", "normal"});
-    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(runTool({"random", "--kind", "4", "normal"}).status, 2);
 }

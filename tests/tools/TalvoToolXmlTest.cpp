@@ -22,38 +22,31 @@ const char* const Config =
 
 TEST(TalvoToolXml, Check_GoodFilesPrintOk) {
     writeFile("config.xml", Config);
-    ToolRun run = runTool({"xml", "check", "config.xml", sampleFile("server.xml")});
-    EXPECT_EQ(run.out, "config.xml: ok\n" + sampleFile("server.xml") + ": ok\n");
-    EXPECT_EQ(run.err, "");
-    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(runTool({"xml", "check", "config.xml", sampleFile("server.xml")}),
+              (ToolRun{"config.xml: ok\n" + sampleFile("server.xml") + ": ok\n", "", 0}));
 }
 
 TEST(TalvoToolXml, Check_MalformedFilePrintsTheParsersReportAndExitsOne) {
     writeFile("single.xml", "<?xml version=\"1.0\"?>\n<a>\n<b x='1'/>\n</a>\n");
     writeFile("open.xml", "<?xml version=\"1.0\"?>\n<a><b></b>\n");
     writeFile("config.xml", Config);
-    ToolRun run = runTool({"xml", "check", "single.xml", "config.xml", "open.xml"});
-    EXPECT_EQ(run.out, "config.xml: ok\n");
-    EXPECT_EQ(run.err,
-              "SYNTAX ERROR [single.xml, line 3]:\nA '\"' was expected\n\n"
-              "SYNTAX ERROR [open.xml, line 3]:\nNon closed tag(s)\n\n");
-    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(runTool({"xml", "check", "single.xml", "config.xml", "open.xml"}),
+              (ToolRun{"config.xml: ok\n",
+                       "SYNTAX ERROR [single.xml, line 3]:\nA '\"' was expected\n\n"
+                       "SYNTAX ERROR [open.xml, line 3]:\nNon closed tag(s)\n\n",
+                       1}));
 }
 
 TEST(TalvoToolXml, Check_MissingFileExitsTwoNamingIt) {
     writeFile("config.xml", Config);
-    ToolRun run = runTool({"xml", "check", "missing.xml", "config.xml"});
-    EXPECT_EQ(run.out, "config.xml: ok\n");
-    EXPECT_EQ(run.err, "talvo: missing.xml: No such file or directory\n");
-    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(runTool({"xml", "check", "missing.xml", "config.xml"}),
+              (ToolRun{"config.xml: ok\n", "talvo: missing.xml: No such file or directory\n", 2}));
 }
 
 TEST(TalvoToolXml, Check_ReadsStandardInput) {
-    ToolRun run = runTool({"xml", "check"}, Config);
-    EXPECT_EQ(run.out, "(standard input): ok\n");
-    run = runTool({"xml", "check", "-"}, "<a/>");
-    EXPECT_EQ(run.err, "SYNTAX ERROR [(standard input), line 1]:\nIll formed header\n\n");
-    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(runTool({"xml", "check"}, Config).out, "(standard input): ok\n");
+    EXPECT_EQ(runTool({"xml", "check", "-"}, "<a/>"),
+              (ToolRun{"", "SYNTAX ERROR [(standard input), line 1]:\nIll formed header\n\n", 1}));
 }
 
 TEST(TalvoToolXml, Format_PrintsWithTheLibrarysPrinter) {
@@ -68,43 +61,31 @@ TEST(TalvoToolXml, Format_PrintsWithTheLibrarysPrinter) {
               "</a>\n");
     EXPECT_EQ(run.status, 0);
     writeFile("bad.xml", "<?xml version=\"1.0\"?><a></b>");
-    run = runTool({"xml", "format", "bad.xml"});
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, "SYNTAX ERROR [bad.xml, line 1]:\nOpen and close tags do not correspond\n\n");
-    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(runTool({"xml", "format", "bad.xml"}),
+              (ToolRun{"", "SYNTAX ERROR [bad.xml, line 1]:\nOpen and close tags do not correspond\n\n", 1}));
 }
 
 TEST(TalvoToolXml, Get_SelectsTextsAndAttributes) {
     writeFile("config.xml", Config);
-    struct Case {
-        const char* path;
-        const char* out;
-        int status;
+    const ToolRun found{"8080\n", "", 0}, none{"", "", 1};
+    const std::pair<const char*, ToolRun> cases[] = {
+        {"server/port", found},         // trailing blank of the text dropped
+        {"config/server/port", found},  // the root's tag may be named
+        {"server@port", found},
+        {"server@name", {"front\n", "", 0}},
+        {"server/tls@on", {"yes\n", "", 0}},  // the first server without tls is passed over
+        {"@name", none},                      // the root has no attribute
+        {"server/host", none},
+        {"config/port", none},
     };
-    const Case cases[] = {
-        {"server/port", "8080\n", 0},         // trailing blank of the text dropped
-        {"config/server/port", "8080\n", 0},  // the root's tag may be named
-        {"server@name", "front\n", 0},
-        {"server@port", "8080\n", 0},
-        {"server/tls@on", "yes\n", 0},        // the first server without tls is passed over
-        {"@name", "", 1},                     // the root has no attribute
-        {"server/host", "", 1},
-        {"config/port", "", 1},
-    };
-    for (const Case& c : cases) {
-        ToolRun run = runTool({"xml", "get", "config.xml", c.path});
-        EXPECT_EQ(run.out, c.out) << c.path;
-        EXPECT_EQ(run.err, "") << c.path;
-        EXPECT_EQ(run.status, c.status) << c.path;
-    }
+    for (const auto& c : cases)
+        EXPECT_EQ(runTool({"xml", "get", "config.xml", c.first}), c.second) << c.first;
 }
 
 TEST(TalvoToolXml, Get_BadPathOrMissingFile_ExitsTwo) {
     writeFile("config.xml", Config);
-    ToolRun run = runTool({"xml", "get", "config.xml", "server@"});
-    EXPECT_EQ(run.err, "talvo: server@: not a path like server/port or server@port\n");
-    EXPECT_EQ(run.status, 2);
-    run = runTool({"xml", "get", "none.xml", "a"});
-    EXPECT_EQ(run.err, "talvo: none.xml: No such file or directory\n");
-    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(runTool({"xml", "get", "config.xml", "server@"}),
+              (ToolRun{"", "talvo: server@: not a path like server/port or server@port\n", 2}));
+    EXPECT_EQ(runTool({"xml", "get", "none.xml", "a"}),
+              (ToolRun{"", "talvo: none.xml: No such file or directory\n", 2}));
 }

@@ -2,6 +2,7 @@
 // printed on standard output and standard error, and its exit status.
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,14 @@ struct ToolRun {
     std::string err;
     int status;
 };
+
+// Runs compare whole, so one EXPECT_EQ checks all three results and shows them.
+inline bool operator==(const ToolRun& a, const ToolRun& b) {
+    return a.out == b.out && a.err == b.err && a.status == b.status;
+}
+inline std::ostream& operator<<(std::ostream& os, const ToolRun& run) {
+    return os << "{out: \"" << run.out << "\", err: \"" << run.err << "\", status: " << run.status << "}";
+}
 
 // Runs the tool with `arguments` in the current (scratch) directory, feeding
 // `input` on standard input.

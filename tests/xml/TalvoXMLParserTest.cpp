@@ -1,7 +1,5 @@
 #include "support/TalvoTest.h"
 
-#include <talvo/containers/TalvoList.h>
-#include <talvo/xml/TalvoXMLAttribute.h>
 #include <talvo/xml/TalvoXMLDocument.h>
 #include <talvo/xml/TalvoXMLParser.h>
 #include <talvo/xml/TalvoXMLParserMessenger.h>
@@ -21,6 +19,61 @@ namespace {
 using talvo_test::readFile;
 using talvo_test::writeFile;
 
+const std::string Header = "<?xml version=\"1.0\"?>\n";
+
+// A parser whose reports go to errors.txt; report() deletes it and returns them.
+class Reporting {
+public:
+    explicit Reporting(const char* name = nullptr) {
+        parser->setErrorFile(errors_);
+        parser->setInputFileName(name);
+    }
+    ~Reporting() { close(); }
+    std::string report() {
+        close();
+        return readFile("errors.txt");
+    }
+    TalvoXMLParser* parser = new TalvoXMLParser();
+
+private:
+    void close() {
+        delete parser;
+        parser = nullptr;
+        if (errors_)
+            std::fclose(errors_);
+        errors_ = nullptr;
+    }
+    FILE* errors_ = std::fopen("errors.txt", "wb");
+};
+
+// Parses the open file `in` into a fresh document, dropped afterwards.
+int parseOpenFile(FILE* in, std::string* report = nullptr) {
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    Reporting run;
+    int code = run.parser->parseFile(document, in);
+    delete document;
+    if (report)
+        *report = run.report();
+    return code;
+}
+
+// Parses `xml` into `document` with reports sent to *report.
+int parseInto(TalvoXMLDocument* document, const std::string& xml, std::string* report,
+              const char* name = nullptr) {
+    writeFile("in.xml", xml);
+    FILE* in = std::fopen("in.xml", "rb");
+    Reporting run(name);
+    int code = run.parser->parseFile(document, in);
+    *report = run.report();
+    std::fclose(in);
+    return code;
+}
+
+std::string printDocument(TalvoXMLDocument* document) {
+    document->print(std::fopen("printed.xml", "wb"), 2);  // closes the file
+    return readFile("printed.xml");
+}
+
 // The outcome of parsing one input: the result code, the report written on
 // the error stream, and the document as printed afterwards.
 struct Outcome {
@@ -28,28 +81,6 @@ struct Outcome {
     std::string report;
     std::string printed;
 };
-
-std::string printDocument(TalvoXMLDocument* document) {
-    document->print(std::fopen("printed.xml", "wb"), 2);  // closes the file
-    return readFile("printed.xml");
-}
-
-// Parses `xml` into `document` with reports sent to a file.
-int parseInto(TalvoXMLDocument* document, const std::string& xml, std::string* report,
-              const char* name = nullptr) {
-    writeFile("in.xml", xml);
-    FILE* in = std::fopen("in.xml", "rb");
-    FILE* errors = std::fopen("errors.txt", "wb");
-    TalvoXMLParser* parser = new TalvoXMLParser();
-    parser->setErrorFile(errors);
-    parser->setInputFileName(name);
-    int code = parser->parseFile(document, in);
-    delete parser;
-    std::fclose(errors);
-    std::fclose(in);
-    *report = readFile("errors.txt");
-    return code;
-}
 
 Outcome parse(const std::string& xml, const char* name = nullptr) {
     TalvoXMLDocument* document = new TalvoXMLDocument();
@@ -59,8 +90,6 @@ Outcome parse(const std::string& xml, const char* name = nullptr) {
     delete document;
     return outcome;
 }
-
-const std::string Header = "<?xml version=\"1.0\"?>\n";
 
 // Everything `file` still holds from its current position.
 std::string restOf(FILE* file) {
@@ -72,22 +101,6 @@ std::string restOf(FILE* file) {
 
 // A comment long enough to push what follows past the first read-ahead block.
 std::string padding(size_t size) { return "<!--" + std::string(size, 'p') + "-->\n"; }
-
-// The text the parser stores for `raw`: each white-space run one blank, the
-// leading run dropped.
-std::string collapsed(const std::string& raw) {
-    std::string text;
-    bool inRun = true;
-    for (char c : raw) {
-        bool space = c == ' ' || (c >= '\t' && c <= '\r');
-        if (space && !inRun)
-            text += ' ';
-        else if (!space)
-            text += c;
-        inRun = space;
-    }
-    return text;
-}
 
 std::string syntaxError(int line, const char* text) {
     return "SYNTAX ERROR [line " + std::to_string(line) + "]:\n" + text + "\n";
@@ -105,7 +118,6 @@ TEST(TalvoXMLParser, ErrorsReportCodeAndLine) {
     } cases[] = {
         // 1001: the end of the file inside a construct, and the "=" quirk.
         {"<?xml version", 1001, 1},
-        {"<?xml ?", 1001, 1},
         {"<?xml?>\n<a>\nhello", 1001, 3},
         {"<?xml?>\n<a>hello  \n", 1001, 3},
         {"<?xml?>\n<abc", 1001, 2},
@@ -115,57 +127,44 @@ TEST(TalvoXMLParser, ErrorsReportCodeAndLine) {
         {"<?xml?>\n<!-- abc --", 1001, 2},
         {"<?xml?>\n<!-- abc -- >\n", 1001, 3},
         {"<?xml?>\n<!DOCTYPE a", 1001, 2},
-        {"<?xml?>\n<!", 1001, 2},
         {"<?xml?>\n<![CDATA[abc]]", 1001, 2},
-        {"<?xml?>\n<![CDATA[abc]", 1001, 2},
         {"<?xml?>\n<![CDATA[abc", 1001, 2},
         {"<?xml?>\n<![CDATA[a]]]>", 1001, 2},
         // 1002: a name must start with a letter.
-        {"<?xml?>\n<a></1>", 1002, 2},
         {"<?xml?>\n<a>\n</\n>", 1002, 4},
         {"<?xml?>\n<a></", 1002, 2},
         // 1003: values are double-quoted.
         {"<?xml?>\n<a x='1'/>", 1003, 2},
         {"<?xml?>\n<a x=", 1003, 2},
-        {"<?xml?>\n<a x=1/>", 1003, 2},
         // 1004: the declaration comes first, with nothing before it.
         {"", 1004, 1},
         {" <?xml?>", 1004, 1},
         {"\n<?xml?>", 1004, 2},
-        {"<a/>", 1004, 1},
         {"\xEF\xBB\xBF<?xml?>", 1004, 1},
         // 1005: the second dash of a comment.
         {"<?xml?>\n<!-x>", 1005, 2},
         {"<?xml?>\n<!-", 1005, 2},
         // 1006: the CDATA marker.
-        {"<?xml?>\n<![CDAT[x]]>", 1006, 2},
         {"<?xml?>\n<![CDATA x]]>", 1006, 2},
         {"<?xml?>\n<![CD\nATA[x]]>", 1006, 3},
         {"<?xml?>\n<![", 1006, 2},
         // 1007: the end of the file where "=" is due.
-        {"<?xml?>\n<a x ", 1007, 2},
         {"<?xml?>\n<a x\n", 1007, 3},
         // 1008: inside a tag.
         {"<?xml?>\n<a/ >", 1008, 2},
         {"<?xml?>\n<a $>", 1008, 2},
         {"<?xml?>\n<a x=\"1\"", 1008, 2},
-        {"<?xml?>\n<a ", 1008, 2},
-        {"<?xml?>\n<a/", 1008, 2},
         {"<?xml?>\n<a></a b>", 1008, 2},
-        {"<?xml?>\n<a></a", 1001, 2},
         // 1010, 1011: closing tags.
-        {"<?xml?>\n</a>", 1010, 2},
         {"<?xml?>\n<a/>\n</a>", 1010, 3},
         {"<?xml?>\n<a>\n<b></a>", 1011, 3},
         {"<?xml?>\n<a></A>", 1011, 2},
         // 1012: "<" not followed by a letter, "!" or "/".
-        {"<?xml?>\n<1>", 1012, 2},
         {"<?xml?>\n< a>", 1012, 2},
         {"<?xml?>\n<?pi?>", 1012, 2},
         {"<?xml?>\n<", 1012, 2},
         // 1013: nodes still open at the end, counted to the end of the file.
         {"<?xml?>\n<a>\n<b>\n", 1013, 4},
-        {"<?xml?>\n<a>", 1013, 2},
         {"<?xml?>\n<a><b></b>", 1013, 2},
     };
     TalvoXMLParserMessenger* messenger = new TalvoXMLParserMessenger();
@@ -185,12 +184,9 @@ TEST(TalvoXMLParser, ReportNamesTheInputFile) {
 
 TEST(TalvoXMLParser, FailedParseEmptiesAFilledDocument) {
     TalvoXMLDocument* document = new TalvoXMLDocument();
-    std::string report;
-    EXPECT_EQ(parseInto(document, Header + "<a><b/><c>text</c>", &report), 1);
-    EXPECT_EQ(printDocument(document), Header);
     document->addRoot(new TalvoXMLTerm(TalvoXMLTerm::node, "old"));
+    std::string report;
     EXPECT_EQ(parseInto(document, Header + "<a><b x=\"1\" y=\"2\"/><c>text</d>", &report), 1);
-    EXPECT_EQ(document->findRoot("old"), nullptr);
     EXPECT_EQ(printDocument(document), Header);
     delete document;
 }
@@ -198,39 +194,27 @@ TEST(TalvoXMLParser, FailedParseEmptiesAFilledDocument) {
 TEST(TalvoXMLParser, ParserIsReusableAfterAnError) {
     writeFile("bad.xml", "<?xml?>\n<a>");
     writeFile("good.xml", "<?xml?>\n<a/>\n");
-    FILE* errors = std::fopen("errors.txt", "wb");
-    TalvoXMLParser* parser = new TalvoXMLParser();
-    parser->setErrorFile(errors);
-    TalvoXMLDocument* document = new TalvoXMLDocument();
     FILE* bad = std::fopen("bad.xml", "rb");
-    EXPECT_EQ(parser->parseFile(document, bad), 1);
-    EXPECT_TRUE(parser->getParseError());
-    std::fclose(bad);
     FILE* good = std::fopen("good.xml", "rb");
-    EXPECT_EQ(parser->parseFile(document, good), 0);
-    EXPECT_FALSE(parser->getParseError());
-    EXPECT_EQ(parser->getLineNumber(), 3);
-    std::fclose(good);
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    Reporting run;
+    EXPECT_EQ(run.parser->parseFile(document, bad), 1);
+    EXPECT_TRUE(run.parser->getParseError());
+    EXPECT_EQ(run.parser->parseFile(document, good), 0);
+    EXPECT_FALSE(run.parser->getParseError());
+    EXPECT_EQ(run.parser->getLineNumber(), 3);
     EXPECT_NE(document->findRoot("a"), nullptr);
-    EXPECT_EQ(parser->parseFile(nullptr, nullptr), 1);
+    EXPECT_EQ(run.parser->parseFile(nullptr, nullptr), 1);
+    EXPECT_EQ(run.report(), syntaxError(2, "Non closed tag(s)\n"));
+    std::fclose(bad);
+    std::fclose(good);
     delete document;
-    delete parser;
-    std::fclose(errors);
-    EXPECT_EQ(readFile("errors.txt"), syntaxError(2, "Non closed tag(s)\n"));
 }
 
 // --- White space at the end of the file.
 
 TEST(TalvoXMLParser, TrailingWhiteSpaceEndsTheParseQuietly) {
-    const char* inputs[] = {
-        "<?xml?>",
-        "<?xml?>\n",
-        "<?xml?>\n<a/>",
-        "<?xml?>\n<a/>\n",
-        "<?xml?>\n<a/>\n\n  \t\r\n",
-        "<?xml?><a>x</a>   ",
-    };
-    for (const char* input : inputs) {
+    for (const char* input : {"<?xml?>", "<?xml?>\n<a/>\n\n  \t\r\n", "<?xml?><a>x</a>   "}) {
         Outcome outcome = parse(input);
         EXPECT_EQ(outcome.code, 0) << input;
         EXPECT_EQ(outcome.report, "") << input;
@@ -244,7 +228,7 @@ TEST(TalvoXMLParser, TrailingWhiteSpaceEndsTheParseQuietly) {
 TEST(TalvoXMLParser, SelfClosingChildAndLineNumbers) {
     TalvoXMLDocument* document = new TalvoXMLDocument();
     std::string report;
-    ASSERT_EQ(parseInto(document, "<?xml version=\"1.0\"?>\n<a>\n  <b/>\n\n  text\n</a>\n", &report), 0);
+    ASSERT_EQ(parseInto(document, Header + "<a>\n  <b/>\n\n  text\n</a>\n", &report), 0);
     TalvoXMLTerm* a = document->findRoot("a");
     ASSERT_NE(a, nullptr);
     EXPECT_EQ(a->getLineNumber(), 2);
@@ -257,22 +241,39 @@ TEST(TalvoXMLParser, SelfClosingChildAndLineNumbers) {
     delete document;
 }
 
-TEST(TalvoXMLParser, TextsCollapseWhiteSpaceRuns) {
+TEST(TalvoXMLParser, ChildTermsStoreWhatWasRead) {
     struct Case {
         const char* body;
+        TalvoXMLTerm::Type type;
         const char* text;
     } cases[] = {
-        {"<a>  x   y  </a>", "x y "},
-        {"<a>x\n\t\ny</a>", "x y"},
-        {"<a>\n  one &amp; two\n</a>", "one &amp; two "},
-        {"<a>a>b</a>", "a>b"},
-        {"<a>q\"uote'</a>", "q\"uote'"},
+        // Texts: each white-space run one blank, the leading one dropped; no entities.
+        {"  x   y  ", TalvoXMLTerm::text, "x y "},
+        {"x\n\t\ny", TalvoXMLTerm::text, "x y"},
+        {"\n  one &amp; two\n", TalvoXMLTerm::text, "one &amp; two "},
+        {"a>b\"'", TalvoXMLTerm::text, "a>b\"'"},
+        // Comments keep their dashes; a declaration is a comment as well.
+        {"<!-- hi -->", TalvoXMLTerm::comment, "-- hi --"},
+        {"<!---->", TalvoXMLTerm::comment, "----"},
+        {"<!-- a -- b -->", TalvoXMLTerm::comment, "-- a -- b --"},
+        {"<!-- a->b --->", TalvoXMLTerm::comment, "-- a->b ---"},
+        {"<!DOCTYPE note SYSTEM \"note.dtd\">", TalvoXMLTerm::comment, "DOCTYPE note SYSTEM \"note.dtd\""},
+        {"<!>", TalvoXMLTerm::comment, ""},
+        // CDATA keeps its content as it stands; "]]" not before ">" is content.
+        {"<![CDATA[a <b> & c]]>", TalvoXMLTerm::CDATA, "a <b> & c"},
+        {"<![ CDATA \n [x]]>", TalvoXMLTerm::CDATA, "x"},
+        {"<![CDATA[a]b]]>", TalvoXMLTerm::CDATA, "a]b"},
+        {"<![CDATA[a]]b]]>", TalvoXMLTerm::CDATA, "a]]b"},
+        {"<![CDATA[]]>", TalvoXMLTerm::CDATA, ""},
+        {"<![CDATA[\n two\n]]>", TalvoXMLTerm::CDATA, "\n two\n"},
     };
     for (const Case& c : cases) {
         TalvoXMLDocument* document = new TalvoXMLDocument();
         std::string report;
-        ASSERT_EQ(parseInto(document, Header + c.body, &report), 0) << c.body << report;
-        EXPECT_STREQ(document->findRoot("a")->getNthChild(0)->getText(), c.text) << c.body;
+        ASSERT_EQ(parseInto(document, Header + "<a>" + c.body + "</a>", &report), 0) << c.body << report;
+        TalvoXMLTerm* term = document->findRoot("a")->getNthChild(0);
+        EXPECT_EQ(term->getType(), c.type) << c.body;
+        EXPECT_STREQ(term->getText(), c.text) << c.body;
         delete document;
     }
 }
@@ -290,76 +291,9 @@ TEST(TalvoXMLParser, NulByteEndsWhatAStringShows) {
     delete document;
 }
 
-TEST(TalvoXMLParser, AttributesKeepTheirValuesAsWritten) {
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    std::string report;
-    ASSERT_EQ(parseInto(document,
-                        Header + "<a x = \"1\"\n y=\"two\nlines\" x=\"&lt;\" empty=\"\" n.s:q-r_s=\"'\"/>",
-                        &report),
-              0)
-        << report;
-    TalvoXMLTerm* a = document->findRoot("a");
-    const char* expected[][2] = {{"x", "1"}, {"y", "two\nlines"}, {"x", "&lt;"}, {"empty", ""}, {"n.s:q-r_s", "'"}};
-    TalvoListCursor* cursor = a->newCursorOnAttributes();
-    int i = 0;
-    for (cursor->resetOnFirstItem(); !cursor->isAfterLastItem(); cursor->increment(), ++i) {
-        auto* attribute = static_cast<TalvoXMLAttribute*>(cursor->getItem());
-        EXPECT_STREQ(attribute->getName(), expected[i][0]);
-        EXPECT_STREQ(attribute->getValue(), expected[i][1]);
-    }
-    EXPECT_EQ(i, 5);
-    delete cursor;
-    delete document;
-}
-
-TEST(TalvoXMLParser, CommentsAndDeclarationsBecomeCommentTerms) {
-    struct Case {
-        const char* body;
-        const char* text;
-    } cases[] = {
-        {"<!-- hi -->", "-- hi --"},
-        {"<!---->", "----"},
-        {"<!-- a -- b -->", "-- a -- b --"},
-        {"<!-- a->b --->", "-- a->b ---"},
-        {"<!--\nline\n-->", "--\nline\n--"},
-        {"<!DOCTYPE note SYSTEM \"note.dtd\">", "DOCTYPE note SYSTEM \"note.dtd\""},
-        {"<!>", ""},
-    };
-    for (const Case& c : cases) {
-        TalvoXMLDocument* document = new TalvoXMLDocument();
-        std::string report;
-        ASSERT_EQ(parseInto(document, Header + c.body, &report), 0) << c.body << report;
-        TalvoListCursor* cursor = document->newCursorOnRoots();
-        cursor->resetOnFirstItem();
-        auto* term = static_cast<TalvoXMLTerm*>(cursor->getItem());
-        EXPECT_TRUE(term->isComment()) << c.body;
-        EXPECT_STREQ(term->getText(), c.text) << c.body;
-        delete cursor;
-        delete document;
-    }
-}
-
-TEST(TalvoXMLParser, CDataKeepsItsContentAsItStands) {
-    struct Case {
-        const char* body;
-        const char* text;
-    } cases[] = {
-        {"<![CDATA[a <b> & c]]>", "a <b> & c"},
-        {"<![ CDATA \n [x]]>", "x"},
-        {"<![CDATA[a]b]]>", "a]b"},
-        {"<![CDATA[a]]b]]>", "a]]b"},
-        {"<![CDATA[]]>", ""},
-        {"<![CDATA[\n two\n]]>", "\n two\n"},
-    };
-    for (const Case& c : cases) {
-        TalvoXMLDocument* document = new TalvoXMLDocument();
-        std::string report;
-        ASSERT_EQ(parseInto(document, Header + "<a>" + c.body + "</a>", &report), 0) << c.body << report;
-        TalvoXMLTerm* term = document->findRoot("a")->getNthChild(0);
-        EXPECT_TRUE(term->isCDATA()) << c.body;
-        EXPECT_STREQ(term->getText(), c.text) << c.body;
-        delete document;
-    }
+TEST(TalvoXMLParser, AttributesKeepOrderDuplicatesAndRawValues) {
+    Outcome outcome = parse(Header + "<a x = \"1\"\n y=\"two\nlines\" x=\"&lt;\" empty=\"\" n.s:q-r_s=\"'\"/>");
+    EXPECT_EQ(outcome.printed, Header + "<a x=\"1\" y=\"two\nlines\" x=\"&lt;\" empty=\"\" n.s:q-r_s=\"'\" />\n");
 }
 
 TEST(TalvoXMLParser, PrintedCDataReadsBackOnlyAfterABracket) {
@@ -372,13 +306,8 @@ TEST(TalvoXMLParser, PrintedCDataReadsBackOnlyAfterABracket) {
 }
 
 TEST(TalvoXMLParser, HeaderIsSkippedUpToQuestionMarkAndAngle) {
-    for (const char* header : {"<?" "?>", "<?xml a=\"?\" ?>", "<?x?" "?>", "<?>?>", "<?xml\nversion='1.0'\n?>"}) {
-        TalvoXMLDocument* document = new TalvoXMLDocument();
-        std::string report;
-        EXPECT_EQ(parseInto(document, std::string(header) + "<a/>", &report), 0) << header;
-        EXPECT_NE(document->findRoot("a"), nullptr) << header;
-        delete document;
-    }
+    for (const char* header : {"<?" "?>", "<?xml a=\"?\" ?>", "<?x?" "?>", "<?>?>", "<?xml\nversion='1.0'\n?>"})
+        EXPECT_EQ(parse(std::string(header) + "<a/>").printed, Header + "<a />\n") << header;
 }
 
 TEST(TalvoXMLParser, SeveralRootsOfEveryType) {
@@ -387,8 +316,7 @@ TEST(TalvoXMLParser, SeveralRootsOfEveryType) {
     EXPECT_EQ(outcome.printed, Header + "<!-- c -->\n<a />\ntext\n<b />\n");
 }
 
-// --- Depth.
-
+// Far deeper than the term stack: parsed, printed and deleted without trouble.
 TEST(TalvoXMLParser, DeepNestingParsesPrintsAndDeletes) {
     const int depth = 100000;
     std::string xml = Header;
@@ -418,92 +346,54 @@ TEST(TalvoXMLParser, DeepNestingParsesPrintsAndDeletes) {
     EXPECT_EQ(parse(xml).report, syntaxError(2, "Non closed tag(s)\n"));
 }
 
-TEST(TalvoXMLParser, DeepNestingPrintsWithIndentation) {
-    const int depth = 2000;  // the indentation makes the output quadratic in depth
-    std::string xml = Header;
-    for (int i = 0; i < depth; ++i)
-        xml += "<n>";
-    for (int i = 0; i < depth; ++i)
-        xml += "</n>";
-    Outcome outcome = parse(xml);
-    ASSERT_EQ(outcome.code, 0);
-    std::string innermost = std::string(2 * (depth - 1), ' ') + "<n />\n" +
-                            std::string(2 * (depth - 2), ' ') + "</n>\n";
-    EXPECT_NE(outcome.printed.find(innermost), std::string::npos);
-    EXPECT_EQ(outcome.printed.substr(outcome.printed.size() - 5), "</n>\n");
-}
-
-// --- Round trip.
-
 TEST(TalvoXMLParser, RealisticDocumentRoundTrips) {
     const std::string config =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
         "<!DOCTYPE config>\n"
         "<!-- simulation settings -->\n"
         "<config version=\"3\" name=\"harbour model\">\n"
-        "  <clock start=\"0\" stop=\"86400\" step=\"0.5\"/>\n"
-        "  <random seed=\"12345\" generator=\"mrg\" />\n"
+        "  <clock start=\"0\" step=\"0.5\"/>\n"
         "  <servers>\n"
-        "    <server id=\"s1\" rate=\"1.25\" enabled=\"true\">Main quay</server>\n"
-        "    <server id=\"s2\" rate=\"0.75\" enabled=\"false\">\n"
+        "    <server id=\"s1\" rate=\"1.25\">Main quay</server>\n"
+        "    <server id=\"s2\">\n"
         "      Old quay,   closed on\n"
         "      Sundays\n"
         "    </server>\n"
         "  </servers>\n"
-        "  <notes>Weights &amp; measures</notes>\n"
         "</config>\n";
     const std::string expected =
         "<?xml version=\"1.0\"?>\n"
         "<!DOCTYPE config>\n"
         "<!-- simulation settings -->\n"
         "<config version=\"3\" name=\"harbour model\" >\n"
-        "  <clock start=\"0\" stop=\"86400\" step=\"0.5\" />\n"
-        "  <random seed=\"12345\" generator=\"mrg\" />\n"
+        "  <clock start=\"0\" step=\"0.5\" />\n"
         "  <servers >\n"
-        "    <server id=\"s1\" rate=\"1.25\" enabled=\"true\" >\n"
+        "    <server id=\"s1\" rate=\"1.25\" >\n"
         "Main quay\n"
         "    </server>\n"
-        "    <server id=\"s2\" rate=\"0.75\" enabled=\"false\" >\n"
+        "    <server id=\"s2\" >\n"
         "Old quay, closed on Sundays \n"
         "    </server>\n"
         "  </servers>\n"
-        "  <notes >\n"
-        "Weights &amp; measures\n"
-        "  </notes>\n"
         "</config>\n";
     Outcome first = parse(config);
     ASSERT_EQ(first.code, 0) << first.report;
     EXPECT_EQ(first.printed, expected);
-    // Read back, each text gains the blank of the newline printed after it;
-    // from then on printing and parsing are a fixed point.
+    // Read back, a text gains the blank of the newline printed after it; from
+    // then on printing and parsing are a fixed point.
     std::string reread = expected;
-    for (const char* text : {"Main quay\n", "Weights &amp; measures\n"}) {
-        std::string t(text);
-        reread.replace(reread.find(t), t.size(), t.substr(0, t.size() - 1) + " \n");
-    }
+    reread.replace(reread.find("Main quay\n"), 10, "Main quay \n");
     Outcome second = parse(first.printed);
     ASSERT_EQ(second.code, 0) << second.report;
     EXPECT_EQ(second.printed, reread);
-    Outcome third = parse(second.printed);
-    EXPECT_EQ(third.printed, reread);
-
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    std::string report;
-    ASSERT_EQ(parseInto(document, config, &report), 0);
-    TalvoXMLTerm* servers = document->findRoot("config")->findChild("servers");
-    EXPECT_EQ(servers->getNumberOfNodeChildrenOfTag("server"), 2);
-    EXPECT_DOUBLE_EQ(servers->getNthNodeChild(1)->getAttributeValueAsDouble("rate"), 1.25);
-    EXPECT_TRUE(servers->getNthNodeChild(2)->findAttribute("enabled")->isBool());
-    EXPECT_EQ(document->findRoot("config")->findChild("clock")->getAttributeValueAsInt("stop"), 86400);
-    delete document;
+    EXPECT_EQ(parse(second.printed).printed, reread);
 }
 
 // --- Reports of the caller's own problems.
 
 TEST(TalvoXMLParser, RaiseErrorAndWarningUseTheTermLine) {
-    FILE* errors = std::fopen("errors.txt", "wb");
-    TalvoXMLParser* parser = new TalvoXMLParser();
-    parser->setErrorFile(errors);
+    Reporting run;
+    TalvoXMLParser* parser = run.parser;
     TalvoXMLTerm* term = new TalvoXMLTerm(TalvoXMLTerm::node, "server");
     term->setLineNumber(7);
     parser->raiseError(1011, term);
@@ -517,9 +407,7 @@ TEST(TalvoXMLParser, RaiseErrorAndWarningUseTheTermLine) {
     parser->raiseWarning("Unused: ", "speed", term);
     EXPECT_FALSE(parser->getParseError());
     delete term;
-    delete parser;
-    std::fclose(errors);
-    EXPECT_EQ(readFile("errors.txt"),
+    EXPECT_EQ(run.report(),
               "ERROR [line 7]:\nOpen and close tags do not correspond\n\n"
               "ERROR [line 7]:\nUnknown rate: \n"
               "ERROR [cfg.xml, line 7]:\nA '\"' was expected\nrate\n"
@@ -546,38 +434,28 @@ public:
 }  // namespace
 
 TEST(TalvoXMLParser, DerivedMessengerTranslatesReports) {
-    writeFile("in.xml", "<?xml?>\n<a></b>\n<");
-    FILE* in = std::fopen("in.xml", "rb");
-    FILE* errors = std::fopen("errors.txt", "wb");
-    TalvoXMLParser* parser = new TalvoXMLParser();
-    parser->setErrorFile(errors);
-    parser->setMessenger(new FrenchMessenger());
     TalvoXMLDocument* document = new TalvoXMLDocument();
-    EXPECT_EQ(parser->parseFile(document, in), 1);
-    std::rewind(in);
-    writeFile("in.xml", "<?xml?>\n<");
-    std::fclose(in);
-    in = std::fopen("in.xml", "rb");
-    EXPECT_EQ(parser->parseFile(document, in), 1);  // no text for 1012: the header alone
-    std::fclose(in);
+    Reporting run;
+    run.parser->setMessenger(new FrenchMessenger());
+    for (const char* xml : {"<?xml?>\n<a></b>\n<", "<?xml?>\n<"}) {
+        writeFile("in.xml", xml);
+        FILE* in = std::fopen("in.xml", "rb");
+        EXPECT_EQ(run.parser->parseFile(document, in), 1);
+        std::fclose(in);
+    }
     delete document;
-    delete parser;
-    std::fclose(errors);
-    EXPECT_EQ(readFile("errors.txt"),
+    EXPECT_EQ(run.report(),
               "ERREUR DE SYNTAXE [ligne 2]:\nBalises ouvrante et fermante differentes\n\n"
-              "ERREUR DE SYNTAXE [ligne 2]:\n");
+              "ERREUR DE SYNTAXE [ligne 2]:\n");  // no text for 1012: the header alone
 }
 
 TEST(TalvoXMLParser, OwnsItsPrinterAndMessenger) {
     TalvoXMLParser* parser = new TalvoXMLParser();
     EXPECT_EQ(parser->getErrorStream(), nullptr);
-    TalvoXMLPrinter* printer = parser->getPrinter();
-    EXPECT_NE(printer, nullptr);
-    EXPECT_EQ(parser->getPrinter(), printer);
-    parser->setPrinter(new TalvoXMLPrinter());
-    EXPECT_NE(parser->getMessenger(), nullptr);
+    EXPECT_NE(parser->getPrinter(), nullptr);
+    parser->setPrinter(new TalvoXMLPrinter());  // the balance check catches a leaked old one
     parser->setMessenger(nullptr);
-    EXPECT_NE(parser->getMessenger(), nullptr);
+    EXPECT_NE(parser->getMessenger(), nullptr);  // made again on use
     parser->setErrorFile(stdout);
     EXPECT_NE(parser->getErrorStream(), nullptr);
     parser->setErrorFile(nullptr);
@@ -607,17 +485,10 @@ TEST(TalvoXMLParser, FailedParseLeavesTheFileJustAfterTheLastCharacterRead) {
             std::string xml = Header + padding(size) + c.body;
             writeFile("in.xml", xml);
             FILE* in = std::fopen("in.xml", "rb");
-            FILE* errors = std::fopen("errors.txt", "wb");
-            TalvoXMLParser* parser = new TalvoXMLParser();
-            parser->setErrorFile(errors);
-            TalvoXMLDocument* document = new TalvoXMLDocument();
-            EXPECT_EQ(parser->parseFile(document, in), 1) << c.body;
+            EXPECT_EQ(parseOpenFile(in), 1) << c.body;
             EXPECT_FALSE(std::feof(in)) << c.body;
             EXPECT_EQ(std::ftell(in), static_cast<long>(xml.size() - std::string(c.rest).size())) << c.body;
             EXPECT_EQ(restOf(in), c.rest) << size << " " << c.body;
-            delete document;
-            delete parser;
-            std::fclose(errors);
             std::fclose(in);
         }
     }
@@ -626,13 +497,9 @@ TEST(TalvoXMLParser, FailedParseLeavesTheFileJustAfterTheLastCharacterRead) {
 TEST(TalvoXMLParser, SuccessfulParseReadsToTheEnd) {
     writeFile("in.xml", Header + padding(40000) + "<a>x</a>\n");
     FILE* in = std::fopen("in.xml", "rb");
-    TalvoXMLParser* parser = new TalvoXMLParser();
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    EXPECT_EQ(parser->parseFile(document, in), 0);
+    EXPECT_EQ(parseOpenFile(in), 0);
     EXPECT_TRUE(std::feof(in));
     EXPECT_EQ(std::fgetc(in), EOF);
-    delete document;
-    delete parser;
     std::fclose(in);
 }
 
@@ -647,17 +514,11 @@ TEST(TalvoXMLParser, PipeInputGivesTheSameResultsAndRest) {
         ASSERT_EQ(write(ends[1], xml.data(), xml.size()), static_cast<ssize_t>(xml.size()));  // fits the pipe
         close(ends[1]);
         FILE* in = fdopen(ends[0], "rb");
-        FILE* errors = std::fopen("errors.txt", "wb");
-        TalvoXMLParser* parser = new TalvoXMLParser();
-        parser->setErrorFile(errors);
-        TalvoXMLDocument* document = new TalvoXMLDocument();
-        EXPECT_EQ(parser->parseFile(document, in), 1) << c.body;
+        std::string report;
+        EXPECT_EQ(parseOpenFile(in, &report), 1) << c.body;
         EXPECT_EQ(restOf(in), c.rest) << c.body;
-        delete document;
-        delete parser;
-        std::fclose(errors);
         std::fclose(in);
-        EXPECT_EQ(readFile("errors.txt"), parse(xml).report) << c.body;  // the same report as from a file
+        EXPECT_EQ(report, parse(xml).report) << c.body;  // the same report as from a file
     }
 }
 #endif
@@ -675,9 +536,8 @@ TEST(TalvoXMLParser, LineNumbersHoldAcrossReadBlocks) {
         lines.push_back(line);
         xml += "<element" + std::to_string(i) + (newlines ? "\n" : " ") + "v=\"" +
                std::string((seed >> 8) % 40, 'v') + std::string(static_cast<size_t>(newlines), '\n') + "\"/>";
-        line += (newlines ? 1 : 0) + newlines;
         xml += std::string((seed >> 4) % 7, ' ') + "\n";
-        ++line;
+        line += (newlines ? 1 : 0) + newlines + 1;
     }
     xml += "</r>\n";
     TalvoXMLDocument* document = new TalvoXMLDocument();
@@ -693,22 +553,22 @@ TEST(TalvoXMLParser, LineNumbersHoldAcrossReadBlocks) {
 }
 
 TEST(TalvoXMLParser, ShortAndHugeTextsKeepTheirContent) {
-    std::string huge;
+    // Words between white-space runs of every kind; the parser keeps one blank per run.
+    std::string huge, stored;
     const char* const blanks[] = {" ", "  ", "\n", " \n\t ", "\r\n", "\t"};
     unsigned seed = 11;
     while (huge.size() < 200000) {
         seed = seed * 1103515245u + 12345u;
-        huge += std::string(1 + (seed >> 8) % 30, static_cast<char>('a' + (seed >> 4) % 26));
-        huge += blanks[(seed >> 12) % 6];
+        std::string word(1 + (seed >> 8) % 30, static_cast<char>('a' + (seed >> 4) % 26));
+        huge += word + blanks[(seed >> 12) % 6];
+        stored += word + " ";
     }
-    const std::string texts[] = {"x", "xy", " x ", huge, huge + "z"};
-    for (const std::string& raw : texts) {
+    const std::string texts[][2] = {{"x", "x"}, {" x ", "x "}, {huge, stored}, {huge + "z", stored + "z"}};
+    for (const auto& text : texts) {
         TalvoXMLDocument* document = new TalvoXMLDocument();
         std::string report;
-        ASSERT_EQ(parseInto(document, Header + "<a>" + raw + "</a><b/>", &report), 0) << report;
-        TalvoXMLTerm* a = document->findRoot("a");
-        ASSERT_NE(a, nullptr);
-        EXPECT_EQ(std::string(a->getNthChild(0)->getText()), collapsed(raw)) << raw.size();
+        ASSERT_EQ(parseInto(document, Header + "<a>" + text[0] + "</a><b/>", &report), 0) << report;
+        EXPECT_EQ(std::string(document->findRoot("a")->getNthChild(0)->getText()), text[1]) << text[0].size();
         delete document;
     }
     // A huge value and a huge name read as they stand.
@@ -717,8 +577,7 @@ TEST(TalvoXMLParser, ShortAndHugeTextsKeepTheirContent) {
     std::string name = "n" + std::string(50000, '.');
     TalvoXMLDocument* document = new TalvoXMLDocument();
     std::string report;
-    std::string xml = Header + "<" + name + " v=\"" + value + "\"/>\n<c/>";
-    ASSERT_EQ(parseInto(document, xml, &report), 0) << report;
+    ASSERT_EQ(parseInto(document, Header + "<" + name + " v=\"" + value + "\"/>\n<c/>", &report), 0) << report;
     EXPECT_STREQ(document->findRoot(name.c_str())->getAttributeValue("v"), value.c_str());
     EXPECT_EQ(document->findRoot("c")->getLineNumber(), 4);
     delete document;

@@ -36,20 +36,13 @@ TEST(TalvoXMLPrinter, TagOperationsWriteTheirPiecesAndMoveTheDepth) {
     EXPECT_EQ(printed([](P* p, S* s) { p->printOpenTag("a", s); }, printer), "<a >\n");
     EXPECT_EQ(printer->getDepth(), 1);
     EXPECT_EQ(printed([](P* p, S* s) { p->printTag("b", s); }, printer), "  <b />\n");
-    EXPECT_EQ(printed([](P* p, S* s) {
-                  p->printOpenTagOpening("c", s);
-                  p->printOpenTagEnding(s);
-              }, printer),
-              "  <c />\n");
+    auto opening = [](P* p, S* s) { p->printOpenTagOpening("c", s); };
+    EXPECT_EQ(printed([&](P* p, S* s) { opening(p, s); p->printOpenTagEnding(s); }, printer), "  <c />\n");
     EXPECT_EQ(printer->getDepth(), 1);
-    EXPECT_EQ(printed([](P* p, S* s) {
-                  p->printOpenTagOpening("d", s);
-                  p->printOpenTagClosing(s);
-              }, printer),
-              "  <d >\n");
+    EXPECT_EQ(printed([&](P* p, S* s) { opening(p, s); p->printOpenTagClosing(s); }, printer), "  <c >\n");
     EXPECT_EQ(printer->getDepth(), 2);
-    EXPECT_EQ(printed([](P* p, S* s) { p->printCloseTag("d", s); }, printer), "  </d>\n");
-    EXPECT_EQ(printed([](P* p, S* s) { p->printCloseTag("a", s); }, printer), "</a>\n");
+    EXPECT_EQ(printed([](P* p, S* s) { p->printCloseTag("c", s); }, printer), "  </c>\n");
+    EXPECT_EQ(printed([](P* p, S* s) { p->printCloseTag("a", s); }, printer), "</a>\n");  // back at 0, no indent
     EXPECT_EQ(printer->getDepth(), 0);
     delete printer;
 }
@@ -73,15 +66,6 @@ TEST(TalvoXMLPrinter, IndentationUnitAndNegativeDepth) {
     delete printer;
 }
 
-TEST(TalvoXMLPrinter, CloseAfterOpenAtDepthZeroWritesNoIndent) {
-    EXPECT_EQ(printed([](P* p, S* s) {
-                  p->printOpenTag("a", s);
-                  p->printCloseTag("a", s);
-                  EXPECT_EQ(p->getDepth(), 0);
-              }),
-              "<a >\n</a>\n");
-}
-
 TEST(TalvoXMLPrinter, AttributesOfEveryType) {
     struct Case {
         std::string output;
@@ -92,13 +76,6 @@ TEST(TalvoXMLPrinter, AttributesOfEveryType) {
         {printed([](P* p, S* s) { p->printAttribute("n", 1.0 / 3.0, s); }), " n=\"0.333333\""},
         {printed([](P* p, S* s) { p->printAttribute("n", -7, s); }), " n=\"-7\""},
         {printed([](P* p, S* s) { p->printAttribute("n", true, s); }), " n=\"true\""},
-        {printed([](P* p, S* s) { p->printAttribute("n", false, s); }), " n=\"false\""},
-        {printed([](P* p, S* s) {
-             TalvoXMLAttribute* attribute = new TalvoXMLAttribute("k", 12);
-             p->printAttribute(attribute, s);
-             delete attribute;
-         }),
-         " k=\"12\""},
         {printed([](P* p, S* s) { p->printAttribute("n", "a\\\\b", s); }), " n=\"a\\b\""},
         {printed([](P* p, S* s) {  // a double follows the stream precision
              s->setSignificantDigitNumber(3);
@@ -155,17 +132,6 @@ TEST(TalvoXMLPrinter, DocumentHeaderResetsTheDepth) {
     EXPECT_EQ(printed([](P* p, S* s) { p->printDocumentHeader("note", s); }, printer),
               "<?xml version=\"1.0\"?>\n<!DOCTYPE note>\n");
     delete printer;
-}
-
-TEST(TalvoXMLPrinter, NodeWithAttributeAndTextPrintsFourLines) {
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    TalvoXMLTerm* a = new TalvoXMLTerm(TalvoXMLTerm::node, "a");
-    a->addAttribute("x", "1");
-    a->addChild(new TalvoXMLTerm(TalvoXMLTerm::text, "hello"));
-    document->addRoot(a);
-    EXPECT_EQ(printed([document](P* p, S* s) { p->printDocument(document, s); }),
-              "<?xml version=\"1.0\"?>\n<a x=\"1\" >\nhello\n</a>\n");
-    delete document;
 }
 
 TEST(TalvoXMLPrinter, NestedNodesIndentButTextsDoNot) {
