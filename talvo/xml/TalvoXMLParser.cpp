@@ -65,9 +65,9 @@ inline uint64_t bytesBelow(uint64_t x, unsigned n) {
     return ~(((x & LowBits) + (0x80 - n) * EachByte) | x) & HighBits;
 }
 
-// Skips groups of eight bytes of plain text: no byte below "!" except lone
-// blanks (followed by a byte of "!" or above), and no "<". Conservative: it
-// stops early at anything doubtful, which the byte loop then examines.
+// Skips plain text: bytes of "!" or above other than "<", and lone blanks
+// (followed by a byte of "!" or above). Eight bytes at a time, stopping on
+// the first byte that is not plain, which the byte loop then examines.
 inline char* skipPlainText(char* p, const char* end) {
     const unsigned FirstPrintable = 0x21;
     while (end - p > 8) {  // the byte after the group must be readable too
@@ -78,8 +78,9 @@ inline char* skipPlainText(char* p, const char* end) {
         uint64_t angle = bytesBelow(x ^ ('<' * EachByte), 1);
         uint64_t lastHigh = 0x80ULL << 56;
         uint64_t lowAfter = (low >> 8) | (static_cast<unsigned char>(p[8]) < FirstPrintable ? lastHigh : 0);
-        if ((low & ~blank) | (blank & lowAfter) | angle)
-            break;
+        uint64_t notPlain = (low & ~blank) | (blank & lowAfter) | angle;
+        if (notPlain)  // the lowest flagged byte comes first in memory
+            return p + __builtin_ctzll(notPlain) / 8;
         p += sizeof x;
     }
     return p;
