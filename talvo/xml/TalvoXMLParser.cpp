@@ -13,6 +13,10 @@
 #include <cstdint>
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace {
 
 typedef TalvoXMLParserMessenger Messages;
@@ -55,7 +59,29 @@ const CharClassTable CharClasses;
 inline int classOf(char c) { return CharClasses.classes[static_cast<unsigned char>(c)]; }
 inline bool is(int c, int mask) { return c >= 0 && (CharClasses.classes[c] & mask) != 0; }
 
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+#if defined(__SSE2__)
+// Skips plain text: bytes of "!" or above other than "<", and lone blanks
+// (followed by a byte of "!" or above). Sixteen bytes at a time, stopping on
+// the first byte that is not plain, which the byte loop then examines.
+inline char* skipPlainText(char* p, const char* end) {
+    const char LastBlank = 0x20;  // bytes up to here count as white space or control
+    const __m128i lastBlank = _mm_set1_epi8(LastBlank);
+    const __m128i blanks = _mm_set1_epi8(' ');
+    const __m128i angles = _mm_set1_epi8('<');
+    while (end - p > 16) {  // the byte after the group must be readable too
+        __m128i x = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        unsigned low = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(_mm_min_epu8(x, lastBlank), x)));
+        unsigned blank = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(x, blanks)));
+        unsigned angle = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(x, angles)));
+        unsigned lowAfter = (low >> 1) | (static_cast<unsigned char>(p[16]) <= LastBlank ? 1u << 15 : 0);
+        unsigned notPlain = (low & ~blank) | (blank & lowAfter) | angle;
+        if (notPlain)  // bit i stands for byte i
+            return p + __builtin_ctz(notPlain);
+        p += 16;
+    }
+    return p;
+}
+#elif defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
 const uint64_t EachByte = 0x0101010101010101ULL;
 const uint64_t HighBits = 0x8080808080808080ULL;
 const uint64_t LowBits = 0x7f7f7f7f7f7f7f7fULL;

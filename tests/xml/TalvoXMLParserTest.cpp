@@ -692,6 +692,23 @@ TEST(TalvoXMLParser, LineNumbersHoldAcrossReadBlocks) {
     delete document;
 }
 
+// Texts are scanned many bytes at a time: each case puts the byte that must
+// stop the scan (or must not) at every offset of a run longer than a group.
+TEST(TalvoXMLParser, TextScanTreatsEveryByteAtEveryOffset) {
+    const std::string stoppers[] = {"\xc3\xa9", "\x7f", "\x01", "\x1f", " \xff", "  ", " \t", "\n", "! ", "~"};
+    for (const std::string& odd : stoppers) {
+        for (size_t offset = 0; offset < 40; ++offset) {
+            std::string raw = std::string(offset, 'w') + odd + std::string(40, 'v') + " z";
+            TalvoXMLDocument* document = new TalvoXMLDocument();
+            std::string report;
+            ASSERT_EQ(parseInto(document, Header + "<a>" + raw + "</a>", &report), 0) << report;
+            EXPECT_EQ(std::string(document->findRoot("a")->getNthChild(0)->getText()), collapsed(raw))
+                << offset << " " << odd;
+            delete document;
+        }
+    }
+}
+
 TEST(TalvoXMLParser, ShortAndHugeTextsKeepTheirContent) {
     std::string huge;
     const char* const blanks[] = {" ", "  ", "\n", " \n\t ", "\r\n", "\t"};
