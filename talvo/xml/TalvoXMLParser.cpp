@@ -355,21 +355,15 @@ void TalvoXMLParser::_appendRun(char* run, size_t length) {
 // Appends the input up to the first character of a class in `stops`, which
 // is left unread and returned; EOF when the file ends first. Newlines on the
 // way count lines; a NUL byte cuts the string and is skipped.
-int TalvoXMLParser::_collectRun(int stops) {
+inline int TalvoXMLParser::_collectRun(int stops) {
     char* p = _next;
     for (;;) {
-        if (stops & TextStop)
-            p = skipPlainText(p, _end);
         while (!(classOf(*p) & (stops | Newline | Nul)))
             ++p;
         int c = static_cast<unsigned char>(*p);
         if (c == '\n' && !(classOf(*p) & stops)) {
             ++_lineNumber;
             ++p;
-            continue;
-        }
-        if (c == ' ' && (stops & TextStop) && p + 1 < _end && !(classOf(p[1]) & Space)) {
-            ++p;  // a lone blank is its own collapsed run: keep it in the run
             continue;
         }
         _appendRun(_next, static_cast<size_t>(p - _next));
@@ -384,6 +378,49 @@ int TalvoXMLParser::_collectRun(int stops) {
             ++_next;
         }
         p = _next;
+    }
+}
+
+// Appends a text up to the "<" that ends it, which is left unread and
+// returned; EOF when the file ends first. Each white-space run becomes one
+// blank. Within a block the text is compacted in place, over the bytes
+// already read (never needed again), and appended in one piece.
+int TalvoXMLParser::_collectText() {
+    char* r = _next;  // the read pointer
+    char* w = _next;  // the write pointer: the compacted text is [_next, w)
+    for (;;) {
+        char* p = skipPlainText(r, _end);
+        while (!(classOf(*p) & (TextStop | Nul)))
+            ++p;
+        std::memmove(w, r, static_cast<size_t>(p - r));
+        w += p - r;
+        if (classOf(*p) & Space) {
+            for (; classOf(*p) & Space; ++p) {
+                if (*p == '\n')
+                    ++_lineNumber;
+            }
+            *w++ = ' ';  // w was at most the first byte of the run
+            r = p;
+            if (p != _end)
+                continue;
+            _appendRun(_next, static_cast<size_t>(w - _next));
+            _next = p;
+            _skipSpaces();  // the run may go on in the next blocks
+            r = w = _next;
+            continue;
+        }
+        _appendRun(_next, static_cast<size_t>(w - _next));
+        _next = p;
+        if (*p == '<')
+            return '<';
+        if (p == _end) {
+            if (!_fill())
+                return EOF;
+        } else {
+            _stringCut = true;  // a NUL byte
+            ++_next;
+        }
+        r = w = _next;
     }
 }
 
@@ -452,16 +489,9 @@ void TalvoXMLParser::_parseTag() {
 void TalvoXMLParser::_parseText(int first) {
     _beginString();
     _appendChar(first);
-    for (;;) {
-        int c = _collectRun(TextStop);
-        if (c == EOF) {
-            _raiseSyntaxError(Messages::UnexpectedEndOfFile);
-            return;
-        }
-        if (c == '<')
-            break;
-        _appendChar(' ');
-        _parseSpaces();
+    if (_collectText() == EOF) {
+        _raiseSyntaxError(Messages::UnexpectedEndOfFile);
+        return;
     }
     _newTerm(TalvoXMLTerm::text);
 }

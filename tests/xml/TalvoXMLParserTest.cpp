@@ -709,6 +709,22 @@ TEST(TalvoXMLParser, TextScanTreatsEveryByteAtEveryOffset) {
     }
 }
 
+// The parser reads a file 16 KiB at a time: a white-space run cut by the
+// end of a read still becomes one blank, and its newlines still count.
+TEST(TalvoXMLParser, WhiteSpaceRunAcrossReadsIsOneBlank) {
+    const size_t ReadSize = 16 * 1024;
+    const std::string opening = Header + "<a>";
+    for (size_t before = 1; before <= 6; ++before) {
+        std::string raw = std::string(ReadSize - opening.size() - before, 'w') + " \n \n\t z";
+        TalvoXMLDocument* document = new TalvoXMLDocument();
+        std::string report;
+        ASSERT_EQ(parseInto(document, opening + raw + "</a>\n<b/>", &report), 0) << report;
+        EXPECT_EQ(std::string(document->findRoot("a")->getNthChild(0)->getText()), collapsed(raw)) << before;
+        EXPECT_EQ(document->findRoot("b")->getLineNumber(), 5) << before;
+        delete document;
+    }
+}
+
 TEST(TalvoXMLParser, ShortAndHugeTextsKeepTheirContent) {
     std::string huge;
     const char* const blanks[] = {" ", "  ", "\n", " \n\t ", "\r\n", "\t"};
