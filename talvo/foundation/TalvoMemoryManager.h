@@ -58,9 +58,9 @@ public:
 
     /// Counts one allocation of `className` (also for a null pointer), writing
     /// a trace line first when tracing.
-    // Inline so that the common case, tracing off, costs one test and the
-    // atomic increment wherever an object is made.
     static void traceNew(const void* pointer, const char* className) {
+        // Inline, like traceDelete: with tracing off (the common case) counting
+        // an object costs one test and the atomic update where it is made.
         if (_TraceAllocations)
             _writeNewLine(pointer, className);
         _AllocationBalance.fetch_add(1, std::memory_order_relaxed);
