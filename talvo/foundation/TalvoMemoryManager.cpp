@@ -169,15 +169,11 @@ long TalvoMemoryManager::getAllocationBalance() {
     return _AllocationBalance.load(std::memory_order_relaxed);
 }
 
-void TalvoMemoryManager::traceNew(const void* pointer, const char* className) {
-    if (_TraceAllocations)
-        traceLine(formatted("%ld :: new %s [%ld]\n", pointerValue(pointer), className,
-                            getAllocationBalance()));
-    _AllocationBalance.fetch_add(1, std::memory_order_relaxed);
+void TalvoMemoryManager::_writeNewLine(const void* pointer, const char* className) {
+    traceLine(formatted("%ld :: new %s [%ld]\n", pointerValue(pointer), className, getAllocationBalance()));
 }
 
-void TalvoMemoryManager::traceDelete(const void* pointer, const char* className) {
-    long balance = _AllocationBalance.fetch_sub(1, std::memory_order_relaxed) - 1;
+void TalvoMemoryManager::_reportDelete(const void* pointer, const char* className, long balance) {
     if (_TraceAllocations)
         traceLine(formatted("%ld :: delete %s [%ld]\n", pointerValue(pointer), className, balance));
     if (balance < 0) {

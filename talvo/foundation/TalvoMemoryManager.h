@@ -58,10 +58,20 @@ public:
 
     /// Counts one allocation of `className` (also for a null pointer), writing
     /// a trace line first when tracing.
-    static void traceNew(const void* pointer, const char* className);
+    static void traceNew(const void* pointer, const char* className) {
+        // Inline, like traceDelete: with tracing off (the common case) counting
+        // an object costs one test and the atomic update where it is made.
+        if (_TraceAllocations)
+            _writeNewLine(pointer, className);
+        _AllocationBalance.fetch_add(1, std::memory_order_relaxed);
+    }
     /// Counts one release. A negative balance is written to the dump file and
     /// ends the process with exit status 1.
-    static void traceDelete(const void* pointer, const char* className);
+    static void traceDelete(const void* pointer, const char* className) {
+        long balance = static_cast<long>(_AllocationBalance.fetch_sub(1, std::memory_order_relaxed)) - 1;
+        if (_TraceAllocations || balance < 0)
+            _reportDelete(pointer, className, balance);
+    }
     /// Writes "point :: " and the label to the trace file when tracing.
     static void traceAllocationDebugPoint(const char* label);
     /// Always writes the label and the balance to the trace file.
@@ -83,4 +93,11 @@ public:
     /// "%d", "%l", "%f", "%g" and the escapes `\t`, `\n` and `\\`; any other character after
     /// "%" is dropped with it ("%%" writes nothing).
     static void trace(const char* path, const char* format, ...);
+
+private:
+    /// The trace line of traceNew, showing the balance before the allocation.
+    static void _writeNewLine(const void* pointer, const char* className);
+    /// The rest of traceDelete once the balance is `balance`: its trace line,
+    /// then the dump and exit when the balance is negative.
+    static void _reportDelete(const void* pointer, const char* className, long balance);
 };

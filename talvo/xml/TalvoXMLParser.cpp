@@ -13,6 +13,10 @@
 #include <cstdint>
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace {
 
 typedef TalvoXMLParserMessenger Messages;
@@ -55,7 +59,29 @@ const CharClassTable CharClasses;
 inline int classOf(char c) { return CharClasses.classes[static_cast<unsigned char>(c)]; }
 inline bool is(int c, int mask) { return c >= 0 && (CharClasses.classes[c] & mask) != 0; }
 
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+#if defined(__SSE2__)
+// Skips plain text: bytes of "!" or above other than "<", and lone blanks
+// (followed by a byte of "!" or above). Sixteen bytes at a time, stopping on
+// the first byte that is not plain, which the byte loop then examines.
+inline char* skipPlainText(char* p, const char* end) {
+    const char LastBlank = 0x20;  // bytes up to here count as white space or control
+    const __m128i lastBlank = _mm_set1_epi8(LastBlank);
+    const __m128i blanks = _mm_set1_epi8(' ');
+    const __m128i angles = _mm_set1_epi8('<');
+    while (end - p > 16) {  // the byte after the group must be readable too
+        __m128i x = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        unsigned low = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(_mm_min_epu8(x, lastBlank), x)));
+        unsigned blank = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(x, blanks)));
+        unsigned angle = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(x, angles)));
+        unsigned lowAfter = (low >> 1) | (static_cast<unsigned char>(p[16]) <= LastBlank ? 1u << 15 : 0);
+        unsigned notPlain = (low & ~blank) | (blank & lowAfter) | angle;
+        if (notPlain)  // bit i stands for byte i
+            return p + __builtin_ctz(notPlain);
+        p += 16;
+    }
+    return p;
+}
+#elif defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
 const uint64_t EachByte = 0x0101010101010101ULL;
 const uint64_t HighBits = 0x8080808080808080ULL;
 const uint64_t LowBits = 0x7f7f7f7f7f7f7f7fULL;
@@ -65,9 +91,9 @@ inline uint64_t bytesBelow(uint64_t x, unsigned n) {
     return ~(((x & LowBits) + (0x80 - n) * EachByte) | x) & HighBits;
 }
 
-// Skips groups of eight bytes of plain text: no byte below "!" except lone
-// blanks (followed by a byte of "!" or above), and no "<". Conservative: it
-// stops early at anything doubtful, which the byte loop then examines.
+// Skips plain text: bytes of "!" or above other than "<", and lone blanks
+// (followed by a byte of "!" or above). Eight bytes at a time, stopping on
+// the first byte that is not plain, which the byte loop then examines.
 inline char* skipPlainText(char* p, const char* end) {
     const unsigned FirstPrintable = 0x21;
     while (end - p > 8) {  // the byte after the group must be readable too
@@ -78,8 +104,9 @@ inline char* skipPlainText(char* p, const char* end) {
         uint64_t angle = bytesBelow(x ^ ('<' * EachByte), 1);
         uint64_t lastHigh = 0x80ULL << 56;
         uint64_t lowAfter = (low >> 8) | (static_cast<unsigned char>(p[8]) < FirstPrintable ? lastHigh : 0);
-        if ((low & ~blank) | (blank & lowAfter) | angle)
-            break;
+        uint64_t notPlain = (low & ~blank) | (blank & lowAfter) | angle;
+        if (notPlain)  // the lowest flagged byte comes first in memory
+            return p + __builtin_ctzll(notPlain) / 8;
         p += sizeof x;
     }
     return p;
@@ -328,21 +355,15 @@ void TalvoXMLParser::_appendRun(char* run, size_t length) {
 // Appends the input up to the first character of a class in `stops`, which
 // is left unread and returned; EOF when the file ends first. Newlines on the
 // way count lines; a NUL byte cuts the string and is skipped.
-int TalvoXMLParser::_collectRun(int stops) {
+inline int TalvoXMLParser::_collectRun(int stops) {
     char* p = _next;
     for (;;) {
-        if (stops & TextStop)
-            p = skipPlainText(p, _end);
         while (!(classOf(*p) & (stops | Newline | Nul)))
             ++p;
         int c = static_cast<unsigned char>(*p);
         if (c == '\n' && !(classOf(*p) & stops)) {
             ++_lineNumber;
             ++p;
-            continue;
-        }
-        if (c == ' ' && (stops & TextStop) && p + 1 < _end && !(classOf(p[1]) & Space)) {
-            ++p;  // a lone blank is its own collapsed run: keep it in the run
             continue;
         }
         _appendRun(_next, static_cast<size_t>(p - _next));
@@ -357,6 +378,49 @@ int TalvoXMLParser::_collectRun(int stops) {
             ++_next;
         }
         p = _next;
+    }
+}
+
+// Appends a text up to the "<" that ends it, which is left unread and
+// returned; EOF when the file ends first. Each white-space run becomes one
+// blank. Within a block the text is compacted in place, over the bytes
+// already read (never needed again), and appended in one piece.
+int TalvoXMLParser::_collectText() {
+    char* r = _next;  // the read pointer
+    char* w = _next;  // the write pointer: the compacted text is [_next, w)
+    for (;;) {
+        char* p = skipPlainText(r, _end);
+        while (!(classOf(*p) & (TextStop | Nul)))
+            ++p;
+        std::memmove(w, r, static_cast<size_t>(p - r));
+        w += p - r;
+        if (classOf(*p) & Space) {
+            for (; classOf(*p) & Space; ++p) {
+                if (*p == '\n')
+                    ++_lineNumber;
+            }
+            *w++ = ' ';  // w was at most the first byte of the run
+            r = p;
+            if (p != _end)
+                continue;
+            _appendRun(_next, static_cast<size_t>(w - _next));
+            _next = p;
+            _skipSpaces();  // the run may go on in the next blocks
+            r = w = _next;
+            continue;
+        }
+        _appendRun(_next, static_cast<size_t>(w - _next));
+        _next = p;
+        if (*p == '<')
+            return '<';
+        if (p == _end) {
+            if (!_fill())
+                return EOF;
+        } else {
+            _stringCut = true;  // a NUL byte
+            ++_next;
+        }
+        r = w = _next;
     }
 }
 
@@ -425,16 +489,9 @@ void TalvoXMLParser::_parseTag() {
 void TalvoXMLParser::_parseText(int first) {
     _beginString();
     _appendChar(first);
-    for (;;) {
-        int c = _collectRun(TextStop);
-        if (c == EOF) {
-            _raiseSyntaxError(Messages::UnexpectedEndOfFile);
-            return;
-        }
-        if (c == '<')
-            break;
-        _appendChar(' ');
-        _parseSpaces();
+    if (_collectText() == EOF) {
+        _raiseSyntaxError(Messages::UnexpectedEndOfFile);
+        return;
     }
     _newTerm(TalvoXMLTerm::text);
 }

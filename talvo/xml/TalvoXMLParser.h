@@ -143,6 +143,7 @@ private:
     void _appendChar(int c);
     void _appendRun(char* run, size_t length);
     int _collectRun(int stops);
+    int _collectText();
     const char* _lastText();
 
     /// One function per construct, each leaving the reader just after it.
@@ -195,7 +196,8 @@ private:
     /// True once a read found the end of the file.
     bool _reachedEnd;
     /// The unread input is [_next, _end) in `_block`; *_end is always a NUL
-    /// sentinel, so a scanner needs no bounds test inside its loop.
+    /// sentinel, so a scanner needs no bounds test inside its loop. Bytes
+    /// before _next are never read again: a text is compacted over them.
     char* _next;
     char* _end;
     char _block[BlockSize + 1];

@@ -552,6 +552,39 @@ TEST(TalvoXMLParser, LineNumbersHoldAcrossReadBlocks) {
     delete document;
 }
 
+// Texts are scanned many bytes at a time: each case puts the byte that must
+// stop the scan (or must not) at every offset of a run longer than a group.
+TEST(TalvoXMLParser, TextScanTreatsEveryByteAtEveryOffset) {
+    const std::string stoppers[] = {"\xc3\xa9", "\x7f", "\x01", "\x1f", " \xff", "  ", " \t", "\n", "! ", "~"};
+    for (const std::string& odd : stoppers) {
+        for (size_t offset = 0; offset < 40; ++offset) {
+            std::string raw = std::string(offset, 'w') + odd + std::string(40, 'v') + " z";
+            TalvoXMLDocument* document = new TalvoXMLDocument();
+            std::string report;
+            ASSERT_EQ(parseInto(document, Header + "<a>" + raw + "</a>", &report), 0) << report;
+            EXPECT_EQ(std::string(document->findRoot("a")->getNthChild(0)->getText()), collapsed(raw))
+                << offset << " " << odd;
+            delete document;
+        }
+    }
+}
+
+// The parser reads a file 16 KiB at a time: a white-space run cut by the
+// end of a read still becomes one blank, and its newlines still count.
+TEST(TalvoXMLParser, WhiteSpaceRunAcrossReadsIsOneBlank) {
+    const size_t ReadSize = 16 * 1024;
+    const std::string opening = Header + "<a>";
+    for (size_t before = 1; before <= 6; ++before) {
+        std::string raw = std::string(ReadSize - opening.size() - before, 'w') + " \n \n\t z";
+        TalvoXMLDocument* document = new TalvoXMLDocument();
+        std::string report;
+        ASSERT_EQ(parseInto(document, opening + raw + "</a>\n<b/>", &report), 0) << report;
+        EXPECT_EQ(std::string(document->findRoot("a")->getNthChild(0)->getText()), collapsed(raw)) << before;
+        EXPECT_EQ(document->findRoot("b")->getLineNumber(), 5) << before;
+        delete document;
+    }
+}
+
 TEST(TalvoXMLParser, ShortAndHugeTextsKeepTheirContent) {
     // Words between white-space runs of every kind; the parser keeps one blank per run.
     std::string huge, stored;
