@@ -102,6 +102,22 @@ std::string restOf(FILE* file) {
 // A comment long enough to push what follows past the first read-ahead block.
 std::string padding(size_t size) { return "<!--" + std::string(size, 'p') + "-->\n"; }
 
+// The text the parser stores for `raw`: each white-space run one blank, the
+// leading run dropped.
+std::string collapsed(const std::string& raw) {
+    std::string text;
+    bool inRun = true;
+    for (char c : raw) {
+        bool space = c == ' ' || (c >= '\t' && c <= '\r');
+        if (space && !inRun)
+            text += ' ';
+        else if (!space)
+            text += c;
+        inRun = space;
+    }
+    return text;
+}
+
 std::string syntaxError(int line, const char* text) {
     return "SYNTAX ERROR [line " + std::to_string(line) + "]:\n" + text + "\n";
 }
