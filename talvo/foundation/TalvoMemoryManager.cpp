@@ -26,11 +26,6 @@ std::string formatted(const char* format, ...) {
     return text;
 }
 
-// The decimal value of a pointer as the trace lines show it.
-long pointerValue(const void* pointer) {
-    return static_cast<long>(reinterpret_cast<std::intptr_t>(pointer));
-}
-
 // Writes a message that was meant as a format without arguments: "%%" gives
 // one "%", any other conversion is written as it stands (there is no argument
 // to give it).
@@ -169,16 +164,16 @@ long TalvoMemoryManager::getAllocationBalance() {
     return _AllocationBalance.load(std::memory_order_relaxed);
 }
 
-void TalvoMemoryManager::_writeNewLine(const void* pointer, const char* className) {
-    traceLine(formatted("%ld :: new %s [%ld]\n", pointerValue(pointer), className, getAllocationBalance()));
+void TalvoMemoryManager::_writeNewLine(long address, const char* className) {
+    traceLine(formatted("%ld :: new %s [%ld]\n", address, className, getAllocationBalance()));
 }
 
-void TalvoMemoryManager::_reportDelete(const void* pointer, const char* className, long balance) {
+void TalvoMemoryManager::_reportDelete(long address, const char* className, long balance) {
     if (_TraceAllocations)
-        traceLine(formatted("%ld :: delete %s [%ld]\n", pointerValue(pointer), className, balance));
+        traceLine(formatted("%ld :: delete %s [%ld]\n", address, className, balance));
     if (balance < 0) {
         dump(formatted("Negative allocation balance (%ld): delete %s at %ld.\n", balance, className,
-                       pointerValue(pointer))
+                       address)
                  .c_str());
         std::exit(1);
     }

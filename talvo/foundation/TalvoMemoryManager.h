@@ -62,7 +62,7 @@ public:
         // Inline, like traceDelete: with tracing off (the common case) counting
         // an object costs one test and the atomic update where it is made.
         if (_TraceAllocations)
-            _writeNewLine(pointer, className);
+            _writeNewLine(_address(pointer), className);
         _AllocationBalance.fetch_add(1, std::memory_order_relaxed);
     }
     /// Counts one release. A negative balance is written to the dump file and
@@ -70,7 +70,7 @@ public:
     static void traceDelete(const void* pointer, const char* className) {
         long balance = static_cast<long>(_AllocationBalance.fetch_sub(1, std::memory_order_relaxed)) - 1;
         if (_TraceAllocations || balance < 0)
-            _reportDelete(pointer, className, balance);
+            _reportDelete(_address(pointer), className, balance);
     }
     /// Writes "point :: " and the label to the trace file when tracing.
     static void traceAllocationDebugPoint(const char* label);
@@ -95,9 +95,15 @@ public:
     static void trace(const char* path, const char* format, ...);
 
 private:
+    /// The decimal value of a pointer as the trace lines show it. Passing the
+    /// value rather than the pointer keeps compilers from taking the object,
+    /// not yet constructed when it is counted, for one that is read.
+    static long _address(const void* pointer) {
+        return static_cast<long>(reinterpret_cast<std::intptr_t>(pointer));
+    }
     /// The trace line of traceNew, showing the balance before the allocation.
-    static void _writeNewLine(const void* pointer, const char* className);
+    static void _writeNewLine(long address, const char* className);
     /// The rest of traceDelete once the balance is `balance`: its trace line,
     /// then the dump and exit when the balance is negative.
-    static void _reportDelete(const void* pointer, const char* className, long balance);
+    static void _reportDelete(long address, const char* className, long balance);
 };
