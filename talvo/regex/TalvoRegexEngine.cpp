@@ -221,34 +221,40 @@ void TalvoRegexProgram::_computeFilters() {
         leading = first;
     const StartInfo& top = info[root];
     anchored = top.anchored;
+    caretFree = true;
+    for (const TalvoRegexInstruction& in : code)
+        if (in.type == TalvoRegex::TYPE_CARET) caretFree = false;
     prefix = top.prefix;
     useFirstBytes = !top.nullable && !top.unsafe;
     for (int b = 0; b < kByteCount; b++) firstBytes[b] = top.first.test(b);
 }
 
 int TalvoRegexProgram::nextStart(const char* text, int start, int end) const {
-    if (start == 0 || start >= end) return start;
+    if (start >= end) return start;
+    if (!prefix.empty()) return _findPrefix(text, start, end);
+    if (start == 0 && !caretFree) return 0;  // a caret may match there without consuming
     if (anchored) return end;
-    if (!prefix.empty()) {
-        const char* p = text + start;
-        const char* limit = text + end;
-        std::size_t n = prefix.size();
-        while (p < limit) {
-            p = static_cast<const char*>(std::memchr(p, prefix[0], limit - p));
-            if (p == nullptr) return end;
-            if (static_cast<std::size_t>(limit - p) >= n && std::memcmp(p, prefix.data(), n) == 0)
-                return static_cast<int>(p - text);
-            if (static_cast<std::size_t>(limit - p) < n) return end;
-            p++;
-        }
-        return end;
-    }
     if (useFirstBytes) {
         int p = start;
         while (p < end && !firstBytes[static_cast<unsigned char>(text[p])]) p++;
         return p;
     }
     return start;
+}
+
+// The first place at or after `start` where the prefix stands whole, `end`
+// when none. Holds at position 0 too: a caret or dollar ends the prefix.
+int TalvoRegexProgram::_findPrefix(const char* text, int start, int end) const {
+    const char* p = text + start;
+    const char* limit = text + end;
+    std::size_t n = prefix.size();
+    while (static_cast<std::size_t>(limit - p) >= n) {
+        p = static_cast<const char*>(std::memchr(p, prefix[0], limit - p));
+        if (p == nullptr || static_cast<std::size_t>(limit - p) < n) return end;
+        if (std::memcmp(p, prefix.data(), n) == 0) return static_cast<int>(p - text);
+        p++;
+    }
+    return end;
 }
 
 // ---------------------------------------------------------------- matcher

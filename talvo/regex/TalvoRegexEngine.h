@@ -64,6 +64,7 @@ struct TalvoRegexProgram {
     // would fail without recording any capture, so skipping it changes
     // nothing observable.
     bool anchored = false;          // every attempt after position 0 fails
+    bool caretFree = false;         // no caret: the filters hold at position 0 too
     int leading = -1;   // a star or plus of one byte that every attempt runs first
     std::string prefix;             // every attempt that does anything starts with these bytes
     bool useFirstBytes = false;     // first byte of any success is in firstBytes
@@ -76,10 +77,12 @@ struct TalvoRegexProgram {
     int indexOf(const TalvoRegex* node) const;
     // The first start at or after `start` (below `end`, the text's length)
     // where an attempt might succeed or record a capture; `end` when none.
-    // Position 0 is always a candidate.
+    // Position 0 is a candidate unless the pattern has no caret or must
+    // start with a prefix that is not there.
     int nextStart(const char* text, int start, int end) const;
 
 private:
+    int _findPrefix(const char* text, int start, int end) const;
     void _computeFilters();
 };
 

@@ -234,6 +234,22 @@ TEST(TalvoRegexManager, MatchPattern_CaretOnlyAtZero) {
     });
 }
 
+// Without a caret, position 0 is skipped like any other start when the
+// pattern's prefix or first byte is not there.
+TEST(TalvoRegexManager, MatchPattern_StartFiltersHoldAtZero) {
+    expectSearches({
+        {"abc", "abc", 0, "abc"},
+        {"abc", "ab", -1, "<null>"},        // the prefix is longer than the text
+        {"abc", "xabc", 1, "abc"},
+        {"abc", "abxabc", 3, "abc"},
+        {"a(b)c", "abc", 0, "abc"},
+        {"[ab]+c", "abc", 0, "abc"},
+        {"[ab]+c", "cbc", 1, "bc"},
+        {"b$|a", "ab", 0, "a"},
+        {"$", "a", -1, "<null>"},
+    });
+}
+
 TEST(TalvoRegexManager, MatchPattern_BackReferences) {
     expectSearches({
         {"(a)\\1", "aa", 0, "aa"},
