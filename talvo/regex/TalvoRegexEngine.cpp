@@ -326,9 +326,30 @@ const bool* TalvoRegexMatcher::_guardOf(int continuation) const {
     return guard >= 0 ? program_->tables[guard].data() : nullptr;
 }
 
+// Frames and choices are filled in place: a temporary copied in is written
+// field by field and read back whole, which stalls on every push.
 int TalvoRegexMatcher::_pushFrame(int node, bool closing, int groupStart, int next) {
-    frames_.push_back(Frame{node, groupStart, next, closing});
+    Frame& f = frames_.emplace_back();
+    f.node = node;
+    f.groupStart = groupStart;
+    f.next = next;
+    f.closing = closing;
     return static_cast<int>(frames_.size()) - 1;
+}
+
+// A choice of `kind` with the marks of the current stacks; the caller sets
+// the fields its kind uses beyond these.
+TalvoRegexMatcher::Choice& TalvoRegexMatcher::_pushChoice(int kind, int node, int position, int continuation,
+                                                          int barrier) {
+    Choice& c = choices_.emplace_back();
+    c.kind = kind;
+    c.node = node;
+    c.position = position;
+    c.continuation = continuation;
+    c.frameMark = static_cast<int>(frames_.size());
+    c.previousBarrier = barrier;
+    c.snapshot = static_cast<int>(snapshots_.size());
+    return c;
 }
 
 void TalvoRegexMatcher::_record(int number, int start, int end) {
@@ -397,9 +418,11 @@ int TalvoRegexMatcher::_findState(int mark, int count) const {
 // Tries of the continuation at `start`: this one and `more` after it. The
 // choice keeps the capture state each try began with, to spot repeats.
 void TalvoRegexMatcher::_pushRepeat(int start, int continuation, int barrier, std::int64_t more) {
-    int mark = _takeSnapshot();
-    choices_.push_back(Choice{CHOICE_REPEAT, -1, start, continuation, static_cast<int>(frames_.size()),
-                              0, 0, 1, barrier, false, more, version_, mark});
+    Choice& c = _pushChoice(CHOICE_REPEAT, -1, start, continuation, barrier);
+    c.maximum = 1;
+    c.count = more;
+    c.version = version_;
+    _takeSnapshot();  // at c.snapshot
 }
 
 // Called when a try of a repeat has failed. True when no try is left or
@@ -498,8 +521,7 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 step = CONTINUE;
                 break;
             case TalvoRegex::TYPE_ALTERNATION:
-                choices_.push_back(Choice{CHOICE_ALTERNATIVE, in.right, position, k,
-                                          static_cast<int>(frames_.size()), 0, 0, 0, barrier, false, 0, 0, static_cast<int>(snapshots_.size())});
+                _pushChoice(CHOICE_ALTERNATIVE, in.right, position, k, barrier);
                 node = in.left;
                 break;
             case TalvoRegex::TYPE_CONCATENATION:
@@ -579,15 +601,20 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 while (n < maximum && _matchesByte(op, s[position + n])) n++;
                 if (node == program_->leading && n < maximum) leadingRunEnd_ = position + n;
                 if (n == 0) { step = minimum > 0 ? FAIL : CONTINUE; break; }
-                choices_.push_back(Choice{CHOICE_RANGE, node, position, k, static_cast<int>(frames_.size()),
-                                          0, position, position + n - 1, barrier, false, 0, 0, static_cast<int>(snapshots_.size())});
+                Choice& c = _pushChoice(CHOICE_RANGE, node, position, k, barrier);
+                c.minimum = position;
+                c.maximum = position + n - 1;
                 position += n;
                 step = CONTINUE;  // the deepest level: the count ran out or the operand failed
                 break;
             }
-            choices_.push_back(Choice{CHOICE_BARRIER, node, position, k, static_cast<int>(frames_.size()),
-                                      static_cast<int>(positions_.size()), minimum, maximum, barrier,
-                                      hasFallback, 0, version_, _takeSnapshot()});
+            Choice& c = _pushChoice(CHOICE_BARRIER, node, position, k, barrier);
+            c.positionMark = static_cast<int>(positions_.size());
+            c.minimum = minimum;
+            c.maximum = maximum;
+            c.hasFallback = hasFallback;
+            c.version = version_;
+            _takeSnapshot();  // at c.snapshot
             barrier = static_cast<int>(choices_.size()) - 1;
             k = kNoFrame;
             node = in.left;
@@ -596,7 +623,7 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
         }
         case CONTINUE: {
             if (k != kNoFrame) {
-                const Frame f = frames_[k];
+                const Frame& f = frames_[k];
                 k = f.next;
                 if (f.closing) {
                     _record(code[f.node].number, f.groupStart, position);
@@ -627,9 +654,11 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 step = CONTINUE;
                 break;
             }
-            if (!b.hasFallback)
-                choices_.push_back(Choice{CHOICE_FALLBACK, node, 0, k, static_cast<int>(frames_.size()),
-                                          static_cast<int>(positions_.size()), 0, 0, barrier, false, 0, 0, b.snapshot});
+            if (!b.hasFallback) {
+                Choice& c = _pushChoice(CHOICE_FALLBACK, node, 0, k, barrier);
+                c.positionMark = static_cast<int>(positions_.size());
+                c.snapshot = b.snapshot;
+            }
             if (!empty) {
                 snapshots_.resize(choices_.back().snapshot);  // a new start: no history
             } else if (_closeEmptyCycle(start, k, barrier, b)) {
