@@ -317,6 +317,16 @@ inline bool TalvoRegexMatcher::_matchesByte(const TalvoRegexInstruction& in, cha
     return b == in.byte;
 }
 
+// True when node would fail at `position` without recording anything: its
+// guard rejects the byte there. Guards do not hold where a caret or dollar
+// could match without consuming.
+inline bool TalvoRegexMatcher::_refuses(int node, int position) const {
+    if (node < 0) return true;
+    int guard = program_->code[node].guard;
+    if (guard < 0 || text_[position] == 0 || (position == 0 && !program_->caretFree)) return false;
+    return !program_->tables[guard][static_cast<unsigned char>(text_[position])];
+}
+
 // The guard table of the node the continuation runs next, if it has one.
 const bool* TalvoRegexMatcher::_guardOf(int continuation) const {
     if (continuation == kNoFrame) return nullptr;
@@ -521,7 +531,12 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 step = CONTINUE;
                 break;
             case TalvoRegex::TYPE_ALTERNATION:
-                _pushChoice(CHOICE_ALTERNATIVE, in.right, position, k, barrier);
+                // A branch that would fail at once, recording nothing, is not tried.
+                if (_refuses(in.left, position)) {
+                    node = in.right;
+                    break;
+                }
+                if (!_refuses(in.right, position)) _pushChoice(CHOICE_ALTERNATIVE, in.right, position, k, barrier);
                 node = in.left;
                 break;
             case TalvoRegex::TYPE_CONCATENATION:

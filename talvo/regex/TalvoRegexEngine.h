@@ -145,6 +145,7 @@ private:
     int _pushFrame(int node, bool closing, int groupStart, int next);
     Choice& _pushChoice(int kind, int node, int position, int continuation, int barrier);
     const bool* _guardOf(int continuation) const;
+    bool _refuses(int node, int position) const;
     bool _matchesByte(const TalvoRegexInstruction& in, char c) const;
     void _record(int number, int start, int end);
     bool _readBackReference(int number, const char** bytes, int* length) const;

@@ -250,6 +250,21 @@ TEST(TalvoRegexManager, MatchPattern_StartFiltersHoldAtZero) {
     });
 }
 
+// A branch whose first byte cannot match is passed over, except where ^ or
+// $ match without a byte.
+TEST(TalvoRegexManager, MatchPattern_BranchesAtTheEdges) {
+    expectSearches({
+        {"xy|abc", "ab", -1, "<null>"},     // the text ends inside the run
+        {"abc|b", "ab", 1, "b"},
+        {"(ab)*c", "ababc", 0, "ababc"},
+        {"a(x|$)", "a", -1, "<null>"},      // the group's closing step follows $
+        {"a($|x)", "ab", -1, "<null>"},
+        {"c|^a", "ab", 0, "a"},
+        {"xa|^ab", "ab", 0, "ab"},
+        {"ab|xa|ba", "xbab", 1, "ba"},
+    });
+}
+
 TEST(TalvoRegexManager, MatchPattern_BackReferences) {
     expectSearches({
         {"(a)\\1", "aa", 0, "aa"},
