@@ -59,6 +59,7 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
     code.clear();
     tables.clear();
     nodes.clear();
+    literals.clear();
     root = -1;
     leading = -1;
     slotCount = 1;
@@ -85,7 +86,7 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
                 seen[node] = index;
                 colour.push_back(GREY);
                 nodes.push_back(node);
-                TalvoRegexInstruction in{node->getType(), -1, -1, node->getBackReferenceNumber(), 0, -1, false, -1};
+                TalvoRegexInstruction in{node->getType(), -1, -1, node->getBackReferenceNumber(), 0, -1, false, -1, -1};
                 const char* text = node->getCharacterClass();
                 if (text != nullptr) in.byte = static_cast<unsigned char>(text[0]);
                 if (in.type == TalvoRegex::TYPE_CHARCLASS) {
@@ -177,6 +178,10 @@ void TalvoRegexProgram::_computeFilters() {
             if (l.complete && s.prefix.size() < kMaximumPrefix) s.prefix += r.prefix;
             if (s.prefix.size() > kMaximumPrefix) s.prefix.resize(kMaximumPrefix);
             s.complete = l.complete && r.complete && s.prefix.size() < kMaximumPrefix;
+            if (s.complete) {
+                code[i].literal = static_cast<int>(literals.size());
+                literals.push_back(s.prefix);
+            }
             break;
         case TalvoRegex::TYPE_STAR:
         case TalvoRegex::TYPE_QMARK:
@@ -513,6 +518,14 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
         case RUN: {
             if (node < 0) { step = FAIL; break; }
             const TalvoRegexInstruction& in = code[node];
+            if (in.literal >= 0) {
+                // Plain characters only: no choice, no capture, just the bytes.
+                const std::string& bytes = program_->literals[in.literal];
+                if (std::strncmp(s + position, bytes.data(), bytes.size()) != 0) { step = FAIL; break; }
+                position += static_cast<int>(bytes.size());
+                step = CONTINUE;
+                break;
+            }
             switch (in.type) {
             case TalvoRegex::TYPE_DOT:
                 if (s[position] == 0) { step = FAIL; break; }

@@ -49,6 +49,8 @@ struct TalvoRegexInstruction {
     int guard;         // index of a table of the bytes this node can start
                        // with, when it fails at once (recording nothing) on
                        // any other byte after position 0; -1 when unknown
+    int literal;       // index in literals of the bytes a concatenation of
+                       // plain characters matches, -1 for other nodes
 };
 
 // A flattened tree plus what the search loop needs to skip hopeless starts.
@@ -56,6 +58,7 @@ struct TalvoRegexProgram {
     std::vector<TalvoRegexInstruction> code;
     std::vector<std::array<bool, 256>> tables;  // class and guard byte tables
     std::vector<const TalvoRegex*> nodes;   // node of each instruction
+    std::vector<std::string> literals;      // see TalvoRegexInstruction::literal
     int root = -1;
     int slotCount = 1;    // capture slots the groups use: highest group number + 1
     int repetitionMaximum = 2147483647;  // iterations of a star or a plus

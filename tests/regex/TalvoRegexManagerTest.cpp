@@ -250,9 +250,9 @@ TEST(TalvoRegexManager, MatchPattern_StartFiltersHoldAtZero) {
     });
 }
 
-// A branch whose first byte cannot match is passed over, except where ^ or
-// $ match without a byte.
-TEST(TalvoRegexManager, MatchPattern_BranchesAtTheEdges) {
+// Runs of plain characters are compared whole; a branch whose first byte
+// cannot match is passed over, except where ^ or $ match without a byte.
+TEST(TalvoRegexManager, MatchPattern_LiteralRunsAndBranchesAtTheEdges) {
     expectSearches({
         {"xy|abc", "ab", -1, "<null>"},     // the text ends inside the run
         {"abc|b", "ab", 1, "b"},
