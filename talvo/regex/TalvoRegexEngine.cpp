@@ -35,6 +35,12 @@ bool isSingleByte(int type) {
            type == TalvoRegex::TYPE_ESCAPEDCHAR || type == TalvoRegex::TYPE_CHARCLASS;
 }
 
+// A concatenation whose left operand takes one byte (perhaps in a group):
+// the matcher runs that byte directly instead of pushing the right operand.
+bool opensWithByte(const std::vector<TalvoRegexInstruction>& code, const TalvoRegexInstruction& in) {
+    return in.left >= 0 && (isSingleByte(code[in.left].type) || code[in.left].byteGroup);
+}
+
 // What an attempt starting at a position after 0 where a byte stands can do.
 struct StartInfo {
     std::bitset<kByteCount> first;  // bytes a consuming path can start with
@@ -272,14 +278,33 @@ void TalvoRegexMatcher::begin(const TalvoRegexProgram& program, TalvoRegexManage
     recorded_.clear();
     if (captures_.size() < static_cast<std::size_t>(program.slotCount))
         captures_.resize(program.slotCount, Capture{-1, 0});
+    frames_.clear();
+    entry_ = program.valid ? _pushSpine(program.root, &entryContinuation_) : -1;
+    spineFrames_ = frames_.size();
+}
+
+// Every attempt opens by going down the concatenations on the left of
+// `node`, pushing their right operands, before it reads a byte. Those
+// frames are pushed here once and kept under every attempt's frames.
+// Returns the node the attempts start at; *continuation gets its frames.
+int TalvoRegexMatcher::_pushSpine(int node, int* continuation) {
+    const std::vector<TalvoRegexInstruction>& code = program_->code;
+    int k = kNoFrame;
+    while (node >= 0 && code[node].type == TalvoRegex::TYPE_CONCATENATION && code[node].literal < 0 &&
+           code[node].right >= 0 && !opensWithByte(code, code[node])) {
+        k = _pushFrame(code[node].right, false, 0, k);
+        node = code[node].left;
+    }
+    *continuation = k;
+    return node;
 }
 
 int TalvoRegexMatcher::attempt(int position) {
     if (!program_->valid) return -1;
-    _reset();
+    _reset(spineFrames_);
     attemptVersion_ = version_;
     leadingRunEnd_ = -1;
-    return _run(program_->root, position, kNoFrame);
+    return _run(entry_, position, entryContinuation_);
 }
 
 int TalvoRegexMatcher::nextAfterFailure(int start) const {
@@ -296,7 +321,7 @@ int TalvoRegexMatcher::match(const TalvoRegexProgram& program, TalvoRegexManager
                              const std::vector<StackEntry>& stack) {
     if (!program.valid || node < 0) return -1;
     begin(program, manager, text);
-    _reset();
+    _reset(0);
     int continuation = kNoFrame;
     for (auto e = stack.rbegin(); e != stack.rend(); ++e)
         continuation = _pushFrame(e->node, e->closing, e->groupStart, continuation);
@@ -305,9 +330,10 @@ int TalvoRegexMatcher::match(const TalvoRegexProgram& program, TalvoRegexManager
     return result;
 }
 
-// Clears the stacks of the previous attempt; the captures stay.
-void TalvoRegexMatcher::_reset() {
-    frames_.clear();
+// Clears the stacks of the previous attempt down to the first `frames`
+// frames; the captures stay.
+void TalvoRegexMatcher::_reset(std::size_t frames) {
+    frames_.resize(frames);
     choices_.clear();
     positions_.clear();
     snapshots_.clear();
@@ -554,7 +580,7 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 break;
             case TalvoRegex::TYPE_CONCATENATION:
                 if (in.right < 0) { step = FAIL; break; }
-                if (in.left >= 0 && (isSingleByte(code[in.left].type) || code[in.left].byteGroup)) {
+                if (opensWithByte(code, in)) {
                     // Pushing the right node only to pop it after one byte
                     // (and the group's record) changes nothing: do it directly.
                     const TalvoRegexInstruction& l = code[in.left];

@@ -161,7 +161,8 @@ private:
     void _pushRepeat(int start, int continuation, int barrier, std::int64_t more);
     bool _repeatIsSettled(Choice& c);
     bool _closeEmptyCycle(int start, int continuation, int barrier, const Choice& b);
-    void _reset();
+    void _reset(std::size_t frames);
+    int _pushSpine(int node, int* continuation);
 
     const TalvoRegexProgram* program_ = nullptr;
     TalvoRegexManager* manager_ = nullptr;
@@ -175,4 +176,7 @@ private:
     std::uint64_t version_ = 0;       // bumped whenever a capture changes
     std::uint64_t attemptVersion_ = 0;  // version_ when the last attempt began
     int leadingRunEnd_ = -1;          // end of the leading run in the last attempt
+    int entry_ = -1;                  // node every attempt starts at
+    int entryContinuation_ = -1;      // and its frames, the first spineFrames_ ones
+    std::size_t spineFrames_ = 0;
 };
