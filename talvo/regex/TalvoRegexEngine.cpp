@@ -299,15 +299,32 @@ int TalvoRegexMatcher::_pushSpine(int node, int* continuation) {
     return node;
 }
 
-int TalvoRegexMatcher::attempt(int position) {
-    if (!program_->valid) return -1;
+int TalvoRegexMatcher::search(int start, int end, int* matchEnd) {
+    if (!program_->valid) return end;
+    for (int p = program_->nextStart(text_, start, end); p < end;
+         p = program_->nextStart(text_, _nextAfterFailure(p), end)) {
+        int found = _attempt(p);
+        if (found != -1) {
+            *matchEnd = found;
+            return p;
+        }
+    }
+    return end;
+}
+
+// One attempt at `position` with nothing after the pattern: its end or -1.
+inline int TalvoRegexMatcher::_attempt(int position) {
     _reset(spineFrames_);
     attemptVersion_ = version_;
     leadingRunEnd_ = -1;
     return _run(entry_, position, entryContinuation_);
 }
 
-int TalvoRegexMatcher::nextAfterFailure(int start) const {
+// After a failed attempt at `start`: the first later start that might do
+// anything. When the pattern opens with a star or plus of one byte and the
+// attempt recorded nothing, every start up to the end of that first run
+// would only retry the same continuations: it is skipped.
+inline int TalvoRegexMatcher::_nextAfterFailure(int start) const {
     if (leadingRunEnd_ < start || version_ != attemptVersion_) return start + 1;
     return leadingRunEnd_ + 1;
 }

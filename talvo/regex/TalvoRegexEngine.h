@@ -108,20 +108,17 @@ public:
               const char* text, int position, int node,
               const std::vector<StackEntry>& stack);
 
-    // A run of attempts of the whole pattern over one text: begin, any
-    // number of attempts, then flush. Captures stay views into the text
-    // until flush copies them into the manager, so a failed attempt costs
-    // no allocation. The text must not change before flush.
+    // Searches of the whole pattern over one text: begin, any number of
+    // searches, then flush. Captures stay views into the text until flush
+    // copies them into the manager, so a failed attempt costs no
+    // allocation. The text must not change before flush.
     void begin(const TalvoRegexProgram& program, TalvoRegexManager* manager, const char* text);
-    // One attempt at `position` with nothing after the pattern: its end or -1.
-    int attempt(int position);
+    // The first start in [start, end) where an attempt of the pattern (with
+    // nothing after it) succeeds, its end in *matchEnd; `end` when none.
+    // `end` is the text's length or less. O(attempts tried).
+    int search(int start, int end, int* matchEnd);
     // Stores the captures recorded since begin (or the last flush).
     void flush();
-    // After a failed attempt at `start`: the first later start that might
-    // do anything. When the pattern opens with a star or plus of one byte
-    // and the attempt recorded nothing, every start up to the end of that
-    // first run would only retry the same continuations: it is skipped.
-    int nextAfterFailure(int start) const;
 
 private:
     struct Frame { int node; int groupStart; int next; bool closing; };
@@ -144,6 +141,8 @@ private:
     };
     struct Capture { int start; int length; };
 
+    int _attempt(int position);
+    int _nextAfterFailure(int start) const;
     int _run(int node, int position, int continuation);
     int _pushFrame(int node, bool closing, int groupStart, int next);
     Choice& _pushChoice(int kind, int node, int position, int continuation, int barrier);
