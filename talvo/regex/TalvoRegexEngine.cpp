@@ -410,16 +410,22 @@ TalvoRegexMatcher::Choice& TalvoRegexMatcher::_pushChoice(int kind, int node, in
     return c;
 }
 
-void TalvoRegexMatcher::_record(int number, int start, int end) {
+// Inline: a group around one byte records at every start tried.
+inline void TalvoRegexMatcher::_record(int number, int start, int end) {
     if (number < 0) return;  // the manager would keep nothing
     std::size_t slot = static_cast<std::size_t>(number);
-    if (slot >= captures_.size()) captures_.resize(slot + 1, Capture{-1, 0});
+    if (slot >= captures_.size()) _growCaptures(slot + 1);
     Capture& c = captures_[slot];
     if (c.start == start && c.length == end - start) return;
     if (c.start < 0) recorded_.push_back(number);
     c.start = start;
     c.length = end - start;
     version_++;
+}
+
+// Only a hand-built tree numbers a group beyond the program's slots.
+void TalvoRegexMatcher::_growCaptures(std::size_t size) {
+    captures_.resize(size, Capture{-1, 0});
 }
 
 bool TalvoRegexMatcher::_readBackReference(int number, const char** bytes, int* length) const {

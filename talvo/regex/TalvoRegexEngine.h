@@ -150,6 +150,7 @@ private:
     bool _refuses(int node, int position) const;
     bool _matchesByte(const TalvoRegexInstruction& in, char c) const;
     void _record(int number, int start, int end);
+    void _growCaptures(std::size_t size);
     bool _readBackReference(int number, const char** bytes, int* length) const;
     void _storeCaptures();
     int _takeSnapshot();
