@@ -68,6 +68,8 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
     literals.clear();
     root = -1;
     leading = -1;
+    entry = -1;
+    spine.clear();
     slotCount = 1;
     valid = top != nullptr;
     if (!valid) return;
@@ -237,7 +239,21 @@ void TalvoRegexProgram::_computeFilters() {
         if (in.type == TalvoRegex::TYPE_CARET) caretFree = false;
     prefix = top.prefix;
     useFirstBytes = !top.nullable && !top.unsafe;
+    _computeSpine();
     for (int b = 0; b < kByteCount; b++) firstBytes[b] = top.first.test(b);
+}
+
+// Every attempt opens by going down the concatenations on the left edge,
+// pushing their right operands, before it reads a byte: the same frames
+// each time, so the matcher pushes them once per text.
+void TalvoRegexProgram::_computeSpine() {
+    spine.clear();
+    entry = root;
+    while (entry >= 0 && code[entry].type == TalvoRegex::TYPE_CONCATENATION && code[entry].literal < 0 &&
+           code[entry].right >= 0 && !opensWithByte(code, code[entry])) {
+        spine.push_back(code[entry].right);
+        entry = code[entry].left;
+    }
 }
 
 int TalvoRegexProgram::nextStart(const char* text, int start, int end) const {
@@ -278,25 +294,11 @@ void TalvoRegexMatcher::begin(const TalvoRegexProgram& program, TalvoRegexManage
     recorded_.clear();
     if (captures_.size() < static_cast<std::size_t>(program.slotCount))
         captures_.resize(program.slotCount, Capture{-1, 0});
+    // The spine's frames are kept under every attempt's frames.
     frames_.clear();
-    entry_ = program.valid ? _pushSpine(program.root, &entryContinuation_) : -1;
+    entryContinuation_ = kNoFrame;
+    for (int node : program.spine) entryContinuation_ = _pushFrame(node, false, 0, entryContinuation_);
     spineFrames_ = frames_.size();
-}
-
-// Every attempt opens by going down the concatenations on the left of
-// `node`, pushing their right operands, before it reads a byte. Those
-// frames are pushed here once and kept under every attempt's frames.
-// Returns the node the attempts start at; *continuation gets its frames.
-int TalvoRegexMatcher::_pushSpine(int node, int* continuation) {
-    const std::vector<TalvoRegexInstruction>& code = program_->code;
-    int k = kNoFrame;
-    while (node >= 0 && code[node].type == TalvoRegex::TYPE_CONCATENATION && code[node].literal < 0 &&
-           code[node].right >= 0 && !opensWithByte(code, code[node])) {
-        k = _pushFrame(code[node].right, false, 0, k);
-        node = code[node].left;
-    }
-    *continuation = k;
-    return node;
 }
 
 int TalvoRegexMatcher::search(int start, int end, int* matchEnd) {
@@ -317,7 +319,7 @@ inline int TalvoRegexMatcher::_attempt(int position) {
     _reset(spineFrames_);
     attemptVersion_ = version_;
     leadingRunEnd_ = -1;
-    return _run(entry_, position, entryContinuation_);
+    return _run(program_->entry, position, entryContinuation_);
 }
 
 // After a failed attempt at `start`: the first later start that might do

@@ -72,6 +72,10 @@ struct TalvoRegexProgram {
     std::string prefix;             // every attempt that does anything starts with these bytes
     bool useFirstBytes = false;     // first byte of any success is in firstBytes
     bool firstBytes[256] = {};
+    // Where every attempt starts: the node that first reads the text, under
+    // the right operands of the concatenations above it (outermost first).
+    int entry = -1;
+    std::vector<int> spine;
 
     // Flattens the tree under `root` (and the extra nodes, which may be
     // reached from a caller's stack). Iterative: any depth is fine.
@@ -87,6 +91,7 @@ struct TalvoRegexProgram {
 private:
     int _findPrefix(const char* text, int start, int end) const;
     void _computeFilters();
+    void _computeSpine();
 };
 
 // The search state: the frame arena, the choice points and the captures
@@ -162,7 +167,6 @@ private:
     bool _repeatIsSettled(Choice& c);
     bool _closeEmptyCycle(int start, int continuation, int barrier, const Choice& b);
     void _reset(std::size_t frames);
-    int _pushSpine(int node, int* continuation);
 
     const TalvoRegexProgram* program_ = nullptr;
     TalvoRegexManager* manager_ = nullptr;
@@ -176,7 +180,6 @@ private:
     std::uint64_t version_ = 0;       // bumped whenever a capture changes
     std::uint64_t attemptVersion_ = 0;  // version_ when the last attempt began
     int leadingRunEnd_ = -1;          // end of the leading run in the last attempt
-    int entry_ = -1;                  // node every attempt starts at
-    int entryContinuation_ = -1;      // and its frames, the first spineFrames_ ones
+    int entryContinuation_ = -1;      // the spine's frames, the first spineFrames_ ones
     std::size_t spineFrames_ = 0;
 };
