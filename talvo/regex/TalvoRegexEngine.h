@@ -18,10 +18,12 @@
 // capture recorded on the way (abandoned paths included), is that of the
 // recursive definition; only the machine stack is replaced by the heap.
 //
-// Shortcuts never skip a path that could record a capture: a start or a
-// repetition fallback is passed over only when the node to run there would
-// fail at once on that byte, and the starts inside a failed leading one-byte
-// run only when the attempt recorded nothing.
+// Shortcuts never skip a path that could record a capture: a start, an
+// alternative or a repetition fallback is passed over only when the node to
+// run there would fail at once on that byte, and the starts inside a failed
+// leading one-byte run only when the attempt recorded nothing. A
+// concatenation of plain characters, which has no choice and no group, is
+// compared in one step.
 //
 // An iteration that consumes nothing and changes no capture would repeat
 // identically until the repetition count runs out; the matcher then stops
@@ -84,8 +86,8 @@ struct TalvoRegexProgram {
     int indexOf(const TalvoRegex* node) const;
     // The first start at or after `start` (below `end`, the text's length)
     // where an attempt might succeed or record a capture; `end` when none.
-    // Position 0 is a candidate unless the pattern has no caret or must
-    // start with a prefix that is not there.
+    // At position 0, where a caret matches, only the prefix filters, unless
+    // the pattern has no caret.
     int nextStart(const char* text, int start, int end) const;
 
 private:
