@@ -51,6 +51,36 @@ struct StartInfo {
     bool complete = false;   // the node matches exactly `prefix`
 };
 
+// Whether `text` begins with `bytes` (which hold no 0: a shorter text fails
+// at its terminator). Inline: most calls fail on the first byte.
+inline bool startsWith(const char* text, const std::string& bytes) {
+    for (std::size_t i = 0; i < bytes.size(); i++)
+        if (text[i] != bytes[i]) return false;
+    return true;
+}
+
+// When the pattern opens with a caret (on the left edge of its
+// concatenations), the bytes every attempt at position 0 that does anything
+// starts with: the caret matches there consuming nothing, then the prefixes
+// of the operands after it follow as in a concatenation. Empty otherwise.
+std::string prefixAfterCaret(const std::vector<TalvoRegexInstruction>& code, int root,
+                             const std::vector<StartInfo>& info) {
+    std::vector<int> rights;  // innermost last
+    int node = root;
+    while (code[node].type == TalvoRegex::TYPE_CONCATENATION && code[node].left >= 0 && code[node].right >= 0) {
+        rights.push_back(code[node].right);
+        node = code[node].left;
+    }
+    std::string prefix;
+    if (code[node].type != TalvoRegex::TYPE_CARET) return prefix;
+    for (auto r = rights.rbegin(); r != rights.rend() && prefix.size() < kMaximumPrefix; ++r) {
+        prefix += info[*r].prefix;
+        if (!info[*r].complete) break;
+    }
+    if (prefix.size() > kMaximumPrefix) prefix.resize(kMaximumPrefix);
+    return prefix;
+}
+
 }  // namespace
 
 // ---------------------------------------------------------------- program
@@ -238,6 +268,7 @@ void TalvoRegexProgram::_computeFilters() {
     for (const TalvoRegexInstruction& in : code)
         if (in.type == TalvoRegex::TYPE_CARET) caretFree = false;
     prefix = top.prefix;
+    caretPrefix = prefixAfterCaret(code, root, info);
     useFirstBytes = !top.nullable && !top.unsafe;
     _computeSpine();
     for (int b = 0; b < kByteCount; b++) firstBytes[b] = top.first.test(b);
@@ -259,7 +290,12 @@ void TalvoRegexProgram::_computeSpine() {
 int TalvoRegexProgram::nextStart(const char* text, int start, int end) const {
     if (start >= end) return start;
     if (!prefix.empty()) return _findPrefix(text, start, end);
-    if (start == 0 && !caretFree) return 0;  // a caret may match there without consuming
+    if (start == 0 && !caretFree) {
+        // A caret may match there without consuming; what follows it may be known.
+        if (startsWith(text, caretPrefix)) return 0;
+        start = 1;
+        if (start >= end) return end;
+    }
     if (anchored) return end;
     if (useFirstBytes) {
         int p = start;

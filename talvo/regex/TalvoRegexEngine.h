@@ -72,6 +72,7 @@ struct TalvoRegexProgram {
     bool caretFree = false;         // no caret: the filters hold at position 0 too
     int leading = -1;   // a star or plus of one byte that every attempt runs first
     std::string prefix;             // every attempt that does anything starts with these bytes
+    std::string caretPrefix;        // the same for attempts at 0, after a leading caret
     bool useFirstBytes = false;     // first byte of any success is in firstBytes
     bool firstBytes[256] = {};
     // Where every attempt starts: the node that first reads the text, under
@@ -86,7 +87,7 @@ struct TalvoRegexProgram {
     int indexOf(const TalvoRegex* node) const;
     // The first start at or after `start` (below `end`, the text's length)
     // where an attempt might succeed or record a capture; `end` when none.
-    // At position 0, where a caret matches, only the prefix filters, unless
+    // At position 0, where a caret matches, only the prefixes filter, unless
     // the pattern has no caret.
     int nextStart(const char* text, int start, int end) const;
 

@@ -265,6 +265,21 @@ TEST(TalvoRegexManager, MatchPattern_LiteralRunsAndBranchesAtTheEdges) {
     });
 }
 
+// After a leading caret, position 0 is tried only when the bytes that must
+// follow it are there; an attempt that records a group first is still made.
+TEST(TalvoRegexManager, MatchPattern_CaretThenBytesAtZero) {
+    expectSearches({
+        {"^ab", "ab", 0, "ab"},
+        {"^ab", "a", -1, "<null>"},
+        {"^ab", "xab", -1, "<null>"},
+        {"^^a", "a", 0, "a"},
+        {"^ab|b", "xab", 2, "b"},
+    });
+    TalvoRegexManager manager("^a(b)c");
+    EXPECT_EQ(manager.matchPattern("abd"), -1);
+    EXPECT_EQ(slot(&manager, 1), "b");
+}
+
 TEST(TalvoRegexManager, MatchPattern_BackReferences) {
     expectSearches({
         {"(a)\\1", "aa", 0, "aa"},
