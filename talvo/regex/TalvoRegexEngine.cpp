@@ -330,10 +330,15 @@ void TalvoRegexMatcher::begin(const TalvoRegexProgram& program, TalvoRegexManage
     recorded_.clear();
     if (captures_.size() < static_cast<std::size_t>(program.slotCount))
         captures_.resize(program.slotCount, Capture{-1, 0});
-    // The spine's frames are kept under every attempt's frames.
     frames_.clear();
+    spineFrames_ = kNoSpine;
+}
+
+// Pushes the spine's frames, kept under every attempt's frames until the
+// next begin. Done at the first attempt: most texts may have none.
+void TalvoRegexMatcher::_pushSpine() {
     entryContinuation_ = kNoFrame;
-    for (int node : program.spine) entryContinuation_ = _pushFrame(node, false, 0, entryContinuation_);
+    for (int node : program_->spine) entryContinuation_ = _pushFrame(node, false, 0, entryContinuation_);
     spineFrames_ = frames_.size();
 }
 
@@ -352,6 +357,7 @@ int TalvoRegexMatcher::search(int start, int end, int* matchEnd) {
 
 // One attempt at `position` with nothing after the pattern: its end or -1.
 inline int TalvoRegexMatcher::_attempt(int position) {
+    if (spineFrames_ == kNoSpine) _pushSpine();
     _reset(spineFrames_);
     attemptVersion_ = version_;
     leadingRunEnd_ = -1;

@@ -170,6 +170,7 @@ private:
     bool _repeatIsSettled(Choice& c);
     bool _closeEmptyCycle(int start, int continuation, int barrier, const Choice& b);
     void _reset(std::size_t frames);
+    void _pushSpine();
 
     const TalvoRegexProgram* program_ = nullptr;
     TalvoRegexManager* manager_ = nullptr;
@@ -184,5 +185,6 @@ private:
     std::uint64_t attemptVersion_ = 0;  // version_ when the last attempt began
     int leadingRunEnd_ = -1;          // end of the leading run in the last attempt
     int entryContinuation_ = -1;      // the spine's frames, the first spineFrames_ ones
-    std::size_t spineFrames_ = 0;
+    static constexpr std::size_t kNoSpine = static_cast<std::size_t>(-1);
+    std::size_t spineFrames_ = kNoSpine;  // kNoSpine until the text's first attempt
 };
