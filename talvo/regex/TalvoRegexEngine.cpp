@@ -35,6 +35,12 @@ bool isSingleByte(int type) {
            type == TalvoRegex::TYPE_ESCAPEDCHAR || type == TalvoRegex::TYPE_CHARCLASS;
 }
 
+// A concatenation whose left operand takes one byte (perhaps in a group):
+// the matcher runs that byte directly instead of pushing the right operand.
+bool opensWithByte(const std::vector<TalvoRegexInstruction>& code, const TalvoRegexInstruction& in) {
+    return in.left >= 0 && (isSingleByte(code[in.left].type) || code[in.left].byteGroup);
+}
+
 // What an attempt starting at a position after 0 where a byte stands can do.
 struct StartInfo {
     std::bitset<kByteCount> first;  // bytes a consuming path can start with
@@ -44,6 +50,36 @@ struct StartInfo {
     std::string prefix;      // bytes every path that does anything starts with
     bool complete = false;   // the node matches exactly `prefix`
 };
+
+// Whether `text` begins with `bytes` (which hold no 0: a shorter text fails
+// at its terminator). Inline: most calls fail on the first byte.
+inline bool startsWith(const char* text, const std::string& bytes) {
+    for (std::size_t i = 0; i < bytes.size(); i++)
+        if (text[i] != bytes[i]) return false;
+    return true;
+}
+
+// When the pattern opens with a caret (on the left edge of its
+// concatenations), the bytes every attempt at position 0 that does anything
+// starts with: the caret matches there consuming nothing, then the prefixes
+// of the operands after it follow as in a concatenation. Empty otherwise.
+std::string prefixAfterCaret(const std::vector<TalvoRegexInstruction>& code, int root,
+                             const std::vector<StartInfo>& info) {
+    std::vector<int> rights;  // innermost last
+    int node = root;
+    while (code[node].type == TalvoRegex::TYPE_CONCATENATION && code[node].left >= 0 && code[node].right >= 0) {
+        rights.push_back(code[node].right);
+        node = code[node].left;
+    }
+    std::string prefix;
+    if (code[node].type != TalvoRegex::TYPE_CARET) return prefix;
+    for (auto r = rights.rbegin(); r != rights.rend() && prefix.size() < kMaximumPrefix; ++r) {
+        prefix += info[*r].prefix;
+        if (!info[*r].complete) break;
+    }
+    if (prefix.size() > kMaximumPrefix) prefix.resize(kMaximumPrefix);
+    return prefix;
+}
 
 }  // namespace
 
@@ -59,8 +95,11 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
     code.clear();
     tables.clear();
     nodes.clear();
+    literals.clear();
     root = -1;
     leading = -1;
+    entry = -1;
+    spine.clear();
     slotCount = 1;
     valid = top != nullptr;
     if (!valid) return;
@@ -85,7 +124,7 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
                 seen[node] = index;
                 colour.push_back(GREY);
                 nodes.push_back(node);
-                TalvoRegexInstruction in{node->getType(), -1, -1, node->getBackReferenceNumber(), 0, -1, false, -1};
+                TalvoRegexInstruction in{node->getType(), -1, -1, node->getBackReferenceNumber(), 0, -1, false, -1, -1};
                 const char* text = node->getCharacterClass();
                 if (text != nullptr) in.byte = static_cast<unsigned char>(text[0]);
                 if (in.type == TalvoRegex::TYPE_CHARCLASS) {
@@ -177,6 +216,10 @@ void TalvoRegexProgram::_computeFilters() {
             if (l.complete && s.prefix.size() < kMaximumPrefix) s.prefix += r.prefix;
             if (s.prefix.size() > kMaximumPrefix) s.prefix.resize(kMaximumPrefix);
             s.complete = l.complete && r.complete && s.prefix.size() < kMaximumPrefix;
+            if (s.complete) {
+                code[i].literal = static_cast<int>(literals.size());
+                literals.push_back(s.prefix);
+            }
             break;
         case TalvoRegex::TYPE_STAR:
         case TalvoRegex::TYPE_QMARK:
@@ -221,34 +264,60 @@ void TalvoRegexProgram::_computeFilters() {
         leading = first;
     const StartInfo& top = info[root];
     anchored = top.anchored;
+    caretFree = true;
+    for (const TalvoRegexInstruction& in : code)
+        if (in.type == TalvoRegex::TYPE_CARET) caretFree = false;
     prefix = top.prefix;
+    caretPrefix = prefixAfterCaret(code, root, info);
     useFirstBytes = !top.nullable && !top.unsafe;
+    _computeSpine();
     for (int b = 0; b < kByteCount; b++) firstBytes[b] = top.first.test(b);
 }
 
-int TalvoRegexProgram::nextStart(const char* text, int start, int end) const {
-    if (start == 0 || start >= end) return start;
-    if (anchored) return end;
-    if (!prefix.empty()) {
-        const char* p = text + start;
-        const char* limit = text + end;
-        std::size_t n = prefix.size();
-        while (p < limit) {
-            p = static_cast<const char*>(std::memchr(p, prefix[0], limit - p));
-            if (p == nullptr) return end;
-            if (static_cast<std::size_t>(limit - p) >= n && std::memcmp(p, prefix.data(), n) == 0)
-                return static_cast<int>(p - text);
-            if (static_cast<std::size_t>(limit - p) < n) return end;
-            p++;
-        }
-        return end;
+// Every attempt opens by going down the concatenations on the left edge,
+// pushing their right operands, before it reads a byte: the same frames
+// each time, so the matcher pushes them once per text.
+void TalvoRegexProgram::_computeSpine() {
+    spine.clear();
+    entry = root;
+    while (entry >= 0 && code[entry].type == TalvoRegex::TYPE_CONCATENATION && code[entry].literal < 0 &&
+           code[entry].right >= 0 && !opensWithByte(code, code[entry])) {
+        spine.push_back(code[entry].right);
+        entry = code[entry].left;
     }
+}
+
+int TalvoRegexProgram::nextStart(const char* text, int start, int end) const {
+    if (start >= end) return start;
+    if (!prefix.empty()) return _findPrefix(text, start, end);
+    if (start == 0 && !caretFree) {
+        // A caret may match there without consuming; what follows it may be known.
+        if (startsWith(text, caretPrefix)) return 0;
+        start = 1;
+        if (start >= end) return end;
+    }
+    if (anchored) return end;
     if (useFirstBytes) {
         int p = start;
         while (p < end && !firstBytes[static_cast<unsigned char>(text[p])]) p++;
         return p;
     }
     return start;
+}
+
+// The first place at or after `start` where the prefix stands whole, `end`
+// when none. Holds at position 0 too: a caret or dollar ends the prefix.
+int TalvoRegexProgram::_findPrefix(const char* text, int start, int end) const {
+    const char* p = text + start;
+    const char* limit = text + end;
+    std::size_t n = prefix.size();
+    while (static_cast<std::size_t>(limit - p) >= n) {
+        p = static_cast<const char*>(std::memchr(p, prefix[0], limit - p));
+        if (p == nullptr || static_cast<std::size_t>(limit - p) < n) return end;
+        if (std::memcmp(p, prefix.data(), n) == 0) return static_cast<int>(p - text);
+        p++;
+    }
+    return end;
 }
 
 // ---------------------------------------------------------------- matcher
@@ -261,17 +330,45 @@ void TalvoRegexMatcher::begin(const TalvoRegexProgram& program, TalvoRegexManage
     recorded_.clear();
     if (captures_.size() < static_cast<std::size_t>(program.slotCount))
         captures_.resize(program.slotCount, Capture{-1, 0});
+    frames_.clear();
+    spineFrames_ = kNoSpine;
 }
 
-int TalvoRegexMatcher::attempt(int position) {
-    if (!program_->valid) return -1;
-    _reset();
+// Pushes the spine's frames, kept under every attempt's frames until the
+// next begin. Done at the first attempt: most texts may have none.
+void TalvoRegexMatcher::_pushSpine() {
+    entryContinuation_ = kNoFrame;
+    for (int node : program_->spine) entryContinuation_ = _pushFrame(node, false, 0, entryContinuation_);
+    spineFrames_ = frames_.size();
+}
+
+int TalvoRegexMatcher::search(int start, int end, int* matchEnd) {
+    if (!program_->valid) return end;
+    for (int p = program_->nextStart(text_, start, end); p < end;
+         p = program_->nextStart(text_, _nextAfterFailure(p), end)) {
+        int found = _attempt(p);
+        if (found != -1) {
+            *matchEnd = found;
+            return p;
+        }
+    }
+    return end;
+}
+
+// One attempt at `position` with nothing after the pattern: its end or -1.
+inline int TalvoRegexMatcher::_attempt(int position) {
+    if (spineFrames_ == kNoSpine) _pushSpine();
+    _reset(spineFrames_);
     attemptVersion_ = version_;
     leadingRunEnd_ = -1;
-    return _run(program_->root, position, kNoFrame);
+    return _run(program_->entry, position, entryContinuation_);
 }
 
-int TalvoRegexMatcher::nextAfterFailure(int start) const {
+// After a failed attempt at `start`: the first later start that might do
+// anything. When the pattern opens with a star or plus of one byte and the
+// attempt recorded nothing, every start up to the end of that first run
+// would only retry the same continuations: it is skipped.
+inline int TalvoRegexMatcher::_nextAfterFailure(int start) const {
     if (leadingRunEnd_ < start || version_ != attemptVersion_) return start + 1;
     return leadingRunEnd_ + 1;
 }
@@ -285,7 +382,7 @@ int TalvoRegexMatcher::match(const TalvoRegexProgram& program, TalvoRegexManager
                              const std::vector<StackEntry>& stack) {
     if (!program.valid || node < 0) return -1;
     begin(program, manager, text);
-    _reset();
+    _reset(0);
     int continuation = kNoFrame;
     for (auto e = stack.rbegin(); e != stack.rend(); ++e)
         continuation = _pushFrame(e->node, e->closing, e->groupStart, continuation);
@@ -294,9 +391,10 @@ int TalvoRegexMatcher::match(const TalvoRegexProgram& program, TalvoRegexManager
     return result;
 }
 
-// Clears the stacks of the previous attempt; the captures stay.
-void TalvoRegexMatcher::_reset() {
-    frames_.clear();
+// Clears the stacks of the previous attempt down to the first `frames`
+// frames; the captures stay.
+void TalvoRegexMatcher::_reset(std::size_t frames) {
+    frames_.resize(frames);
     choices_.clear();
     positions_.clear();
     snapshots_.clear();
@@ -311,6 +409,16 @@ inline bool TalvoRegexMatcher::_matchesByte(const TalvoRegexInstruction& in, cha
     return b == in.byte;
 }
 
+// True when node would fail at `position` without recording anything: its
+// guard rejects the byte there. Guards do not hold where a caret or dollar
+// could match without consuming.
+inline bool TalvoRegexMatcher::_refuses(int node, int position) const {
+    if (node < 0) return true;
+    int guard = program_->code[node].guard;
+    if (guard < 0 || text_[position] == 0 || (position == 0 && !program_->caretFree)) return false;
+    return !program_->tables[guard][static_cast<unsigned char>(text_[position])];
+}
+
 // The guard table of the node the continuation runs next, if it has one.
 const bool* TalvoRegexMatcher::_guardOf(int continuation) const {
     if (continuation == kNoFrame) return nullptr;
@@ -320,21 +428,48 @@ const bool* TalvoRegexMatcher::_guardOf(int continuation) const {
     return guard >= 0 ? program_->tables[guard].data() : nullptr;
 }
 
+// Frames and choices are filled in place: a temporary copied in is written
+// field by field and read back whole, which stalls on every push.
 int TalvoRegexMatcher::_pushFrame(int node, bool closing, int groupStart, int next) {
-    frames_.push_back(Frame{node, groupStart, next, closing});
+    Frame& f = frames_.emplace_back();
+    f.node = node;
+    f.groupStart = groupStart;
+    f.next = next;
+    f.closing = closing;
     return static_cast<int>(frames_.size()) - 1;
 }
 
-void TalvoRegexMatcher::_record(int number, int start, int end) {
+// A choice of `kind` with the marks of the current stacks; the caller sets
+// the fields its kind uses beyond these.
+TalvoRegexMatcher::Choice& TalvoRegexMatcher::_pushChoice(int kind, int node, int position, int continuation,
+                                                          int barrier) {
+    Choice& c = choices_.emplace_back();
+    c.kind = kind;
+    c.node = node;
+    c.position = position;
+    c.continuation = continuation;
+    c.frameMark = static_cast<int>(frames_.size());
+    c.previousBarrier = barrier;
+    c.snapshot = static_cast<int>(snapshots_.size());
+    return c;
+}
+
+// Inline: a group around one byte records at every start tried.
+inline void TalvoRegexMatcher::_record(int number, int start, int end) {
     if (number < 0) return;  // the manager would keep nothing
     std::size_t slot = static_cast<std::size_t>(number);
-    if (slot >= captures_.size()) captures_.resize(slot + 1, Capture{-1, 0});
+    if (slot >= captures_.size()) _growCaptures(slot + 1);
     Capture& c = captures_[slot];
     if (c.start == start && c.length == end - start) return;
     if (c.start < 0) recorded_.push_back(number);
     c.start = start;
     c.length = end - start;
     version_++;
+}
+
+// Only a hand-built tree numbers a group beyond the program's slots.
+void TalvoRegexMatcher::_growCaptures(std::size_t size) {
+    captures_.resize(size, Capture{-1, 0});
 }
 
 bool TalvoRegexMatcher::_readBackReference(int number, const char** bytes, int* length) const {
@@ -391,9 +526,11 @@ int TalvoRegexMatcher::_findState(int mark, int count) const {
 // Tries of the continuation at `start`: this one and `more` after it. The
 // choice keeps the capture state each try began with, to spot repeats.
 void TalvoRegexMatcher::_pushRepeat(int start, int continuation, int barrier, std::int64_t more) {
-    int mark = _takeSnapshot();
-    choices_.push_back(Choice{CHOICE_REPEAT, -1, start, continuation, static_cast<int>(frames_.size()),
-                              0, 0, 1, barrier, false, more, version_, mark});
+    Choice& c = _pushChoice(CHOICE_REPEAT, -1, start, continuation, barrier);
+    c.maximum = 1;
+    c.count = more;
+    c.version = version_;
+    _takeSnapshot();  // at c.snapshot
 }
 
 // Called when a try of a repeat has failed. True when no try is left or
@@ -474,6 +611,14 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
         case RUN: {
             if (node < 0) { step = FAIL; break; }
             const TalvoRegexInstruction& in = code[node];
+            if (in.literal >= 0) {
+                // Plain characters only: no choice, no capture, just the bytes.
+                const std::string& bytes = program_->literals[in.literal];
+                if (std::strncmp(s + position, bytes.data(), bytes.size()) != 0) { step = FAIL; break; }
+                position += static_cast<int>(bytes.size());
+                step = CONTINUE;
+                break;
+            }
             switch (in.type) {
             case TalvoRegex::TYPE_DOT:
                 if (s[position] == 0) { step = FAIL; break; }
@@ -492,13 +637,17 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 step = CONTINUE;
                 break;
             case TalvoRegex::TYPE_ALTERNATION:
-                choices_.push_back(Choice{CHOICE_ALTERNATIVE, in.right, position, k,
-                                          static_cast<int>(frames_.size()), 0, 0, 0, barrier, false, 0, 0, static_cast<int>(snapshots_.size())});
+                // A branch that would fail at once, recording nothing, is not tried.
+                if (_refuses(in.left, position)) {
+                    node = in.right;
+                    break;
+                }
+                if (!_refuses(in.right, position)) _pushChoice(CHOICE_ALTERNATIVE, in.right, position, k, barrier);
                 node = in.left;
                 break;
             case TalvoRegex::TYPE_CONCATENATION:
                 if (in.right < 0) { step = FAIL; break; }
-                if (in.left >= 0 && (isSingleByte(code[in.left].type) || code[in.left].byteGroup)) {
+                if (opensWithByte(code, in)) {
                     // Pushing the right node only to pop it after one byte
                     // (and the group's record) changes nothing: do it directly.
                     const TalvoRegexInstruction& l = code[in.left];
@@ -573,15 +722,20 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 while (n < maximum && _matchesByte(op, s[position + n])) n++;
                 if (node == program_->leading && n < maximum) leadingRunEnd_ = position + n;
                 if (n == 0) { step = minimum > 0 ? FAIL : CONTINUE; break; }
-                choices_.push_back(Choice{CHOICE_RANGE, node, position, k, static_cast<int>(frames_.size()),
-                                          0, position, position + n - 1, barrier, false, 0, 0, static_cast<int>(snapshots_.size())});
+                Choice& c = _pushChoice(CHOICE_RANGE, node, position, k, barrier);
+                c.minimum = position;
+                c.maximum = position + n - 1;
                 position += n;
                 step = CONTINUE;  // the deepest level: the count ran out or the operand failed
                 break;
             }
-            choices_.push_back(Choice{CHOICE_BARRIER, node, position, k, static_cast<int>(frames_.size()),
-                                      static_cast<int>(positions_.size()), minimum, maximum, barrier,
-                                      hasFallback, 0, version_, _takeSnapshot()});
+            Choice& c = _pushChoice(CHOICE_BARRIER, node, position, k, barrier);
+            c.positionMark = static_cast<int>(positions_.size());
+            c.minimum = minimum;
+            c.maximum = maximum;
+            c.hasFallback = hasFallback;
+            c.version = version_;
+            _takeSnapshot();  // at c.snapshot
             barrier = static_cast<int>(choices_.size()) - 1;
             k = kNoFrame;
             node = in.left;
@@ -590,7 +744,7 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
         }
         case CONTINUE: {
             if (k != kNoFrame) {
-                const Frame f = frames_[k];
+                const Frame& f = frames_[k];
                 k = f.next;
                 if (f.closing) {
                     _record(code[f.node].number, f.groupStart, position);
@@ -621,9 +775,11 @@ int TalvoRegexMatcher::_run(int node, int position, int k) {
                 step = CONTINUE;
                 break;
             }
-            if (!b.hasFallback)
-                choices_.push_back(Choice{CHOICE_FALLBACK, node, 0, k, static_cast<int>(frames_.size()),
-                                          static_cast<int>(positions_.size()), 0, 0, barrier, false, 0, 0, b.snapshot});
+            if (!b.hasFallback) {
+                Choice& c = _pushChoice(CHOICE_FALLBACK, node, 0, k, barrier);
+                c.positionMark = static_cast<int>(positions_.size());
+                c.snapshot = b.snapshot;
+            }
             if (!empty) {
                 snapshots_.resize(choices_.back().snapshot);  // a new start: no history
             } else if (_closeEmptyCycle(start, k, barrier, b)) {

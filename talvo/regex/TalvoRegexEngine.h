@@ -18,10 +18,12 @@
 // capture recorded on the way (abandoned paths included), is that of the
 // recursive definition; only the machine stack is replaced by the heap.
 //
-// Shortcuts never skip a path that could record a capture: a start or a
-// repetition fallback is passed over only when the node to run there would
-// fail at once on that byte, and the starts inside a failed leading one-byte
-// run only when the attempt recorded nothing.
+// Shortcuts never skip a path that could record a capture: a start, an
+// alternative or a repetition fallback is passed over only when the node to
+// run there would fail at once on that byte, and the starts inside a failed
+// leading one-byte run only when the attempt recorded nothing. A
+// concatenation of plain characters, which has no choice and no group, is
+// compared in one step.
 //
 // An iteration that consumes nothing and changes no capture would repeat
 // identically until the repetition count runs out; the matcher then stops
@@ -49,6 +51,8 @@ struct TalvoRegexInstruction {
     int guard;         // index of a table of the bytes this node can start
                        // with, when it fails at once (recording nothing) on
                        // any other byte after position 0; -1 when unknown
+    int literal;       // index in literals of the bytes a concatenation of
+                       // plain characters matches, -1 for other nodes
 };
 
 // A flattened tree plus what the search loop needs to skip hopeless starts.
@@ -56,6 +60,7 @@ struct TalvoRegexProgram {
     std::vector<TalvoRegexInstruction> code;
     std::vector<std::array<bool, 256>> tables;  // class and guard byte tables
     std::vector<const TalvoRegex*> nodes;   // node of each instruction
+    std::vector<std::string> literals;      // see TalvoRegexInstruction::literal
     int root = -1;
     int slotCount = 1;    // capture slots the groups use: highest group number + 1
     int repetitionMaximum = 2147483647;  // iterations of a star or a plus
@@ -64,10 +69,16 @@ struct TalvoRegexProgram {
     // would fail without recording any capture, so skipping it changes
     // nothing observable.
     bool anchored = false;          // every attempt after position 0 fails
+    bool caretFree = false;         // no caret: the filters hold at position 0 too
     int leading = -1;   // a star or plus of one byte that every attempt runs first
     std::string prefix;             // every attempt that does anything starts with these bytes
+    std::string caretPrefix;        // the same for attempts at 0, after a leading caret
     bool useFirstBytes = false;     // first byte of any success is in firstBytes
     bool firstBytes[256] = {};
+    // Where every attempt starts: the node that first reads the text, under
+    // the right operands of the concatenations above it (outermost first).
+    int entry = -1;
+    std::vector<int> spine;
 
     // Flattens the tree under `root` (and the extra nodes, which may be
     // reached from a caller's stack). Iterative: any depth is fine.
@@ -76,11 +87,14 @@ struct TalvoRegexProgram {
     int indexOf(const TalvoRegex* node) const;
     // The first start at or after `start` (below `end`, the text's length)
     // where an attempt might succeed or record a capture; `end` when none.
-    // Position 0 is always a candidate.
+    // At position 0, where a caret matches, only the prefixes filter, unless
+    // the pattern has no caret.
     int nextStart(const char* text, int start, int end) const;
 
 private:
+    int _findPrefix(const char* text, int start, int end) const;
     void _computeFilters();
+    void _computeSpine();
 };
 
 // The search state: the frame arena, the choice points and the captures
@@ -102,20 +116,17 @@ public:
               const char* text, int position, int node,
               const std::vector<StackEntry>& stack);
 
-    // A run of attempts of the whole pattern over one text: begin, any
-    // number of attempts, then flush. Captures stay views into the text
-    // until flush copies them into the manager, so a failed attempt costs
-    // no allocation. The text must not change before flush.
+    // Searches of the whole pattern over one text: begin, any number of
+    // searches, then flush. Captures stay views into the text until flush
+    // copies them into the manager, so a failed attempt costs no
+    // allocation. The text must not change before flush.
     void begin(const TalvoRegexProgram& program, TalvoRegexManager* manager, const char* text);
-    // One attempt at `position` with nothing after the pattern: its end or -1.
-    int attempt(int position);
+    // The first start in [start, end) where an attempt of the pattern (with
+    // nothing after it) succeeds, its end in *matchEnd; `end` when none.
+    // `end` is the text's length or less. O(attempts tried).
+    int search(int start, int end, int* matchEnd);
     // Stores the captures recorded since begin (or the last flush).
     void flush();
-    // After a failed attempt at `start`: the first later start that might
-    // do anything. When the pattern opens with a star or plus of one byte
-    // and the attempt recorded nothing, every start up to the end of that
-    // first run would only retry the same continuations: it is skipped.
-    int nextAfterFailure(int start) const;
 
 private:
     struct Frame { int node; int groupStart; int next; bool closing; };
@@ -138,11 +149,16 @@ private:
     };
     struct Capture { int start; int length; };
 
+    int _attempt(int position);
+    int _nextAfterFailure(int start) const;
     int _run(int node, int position, int continuation);
     int _pushFrame(int node, bool closing, int groupStart, int next);
+    Choice& _pushChoice(int kind, int node, int position, int continuation, int barrier);
     const bool* _guardOf(int continuation) const;
+    bool _refuses(int node, int position) const;
     bool _matchesByte(const TalvoRegexInstruction& in, char c) const;
     void _record(int number, int start, int end);
+    void _growCaptures(std::size_t size);
     bool _readBackReference(int number, const char** bytes, int* length) const;
     void _storeCaptures();
     int _takeSnapshot();
@@ -153,7 +169,8 @@ private:
     void _pushRepeat(int start, int continuation, int barrier, std::int64_t more);
     bool _repeatIsSettled(Choice& c);
     bool _closeEmptyCycle(int start, int continuation, int barrier, const Choice& b);
-    void _reset();
+    void _reset(std::size_t frames);
+    void _pushSpine();
 
     const TalvoRegexProgram* program_ = nullptr;
     TalvoRegexManager* manager_ = nullptr;
@@ -167,4 +184,7 @@ private:
     std::uint64_t version_ = 0;       // bumped whenever a capture changes
     std::uint64_t attemptVersion_ = 0;  // version_ when the last attempt began
     int leadingRunEnd_ = -1;          // end of the leading run in the last attempt
+    int entryContinuation_ = -1;      // the spine's frames, the first spineFrames_ ones
+    static constexpr std::size_t kNoSpine = static_cast<std::size_t>(-1);
+    std::size_t spineFrames_ = kNoSpine;  // kNoSpine until the text's first attempt
 };

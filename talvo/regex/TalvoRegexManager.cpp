@@ -6,7 +6,6 @@
 #include <talvo/foundation/TalvoRawString.h>
 #include <talvo/regex/TalvoRegexEngine.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <new>
@@ -125,17 +124,12 @@ int TalvoRegexManager::matchPattern(const char* text) {
     if (text == nullptr || !_ensureCompiled()) return -1;
     int length = static_cast<int>(std::strlen(text));
     matcher->begin(*program, this, text);
-    for (int start = program->nextStart(text, 0, length); start < length;
-         start = program->nextStart(text, matcher->nextAfterFailure(start), length)) {
-        int end = matcher->attempt(start);
-        if (end != -1) {
-            matcher->flush();
-            _storeBackReference(0, text + start, end - start);
-            return start;
-        }
-    }
+    int end = -1;
+    int start = matcher->search(0, length, &end);
     matcher->flush();
-    return -1;
+    if (start >= length) return -1;
+    _storeBackReference(0, text + start, end - start);
+    return start;
 }
 
 char* TalvoRegexManager::extractPattern(const char* text) {
@@ -151,13 +145,9 @@ TalvoList* TalvoRegexManager::splitWithPattern(const char* text) {
     int position = 0;
     matcher->begin(*program, this, text);
     while (position < length) {
-        position = program->nextStart(text, position, length);
+        int end = -1;
+        position = matcher->search(position, length, &end);
         if (position >= length) break;
-        int end = matcher->attempt(position);
-        if (end == -1) {
-            position = matcher->nextAfterFailure(position);
-            continue;
-        }
         result->insertItemLast(copyRange(text + pieceStart, position - pieceStart));
         pieceStart = end;
         // An empty match would be found again at once: step past one byte.
@@ -204,17 +194,11 @@ char* TalvoRegexManager::_substitutePatterns(const char* text, const char* repla
     bool first = true;
     matcher->begin(*program, this, text);
     while (position < length) {
-        int candidate = (all == 1 || first) ? program->nextStart(text, position, length) : length;
-        out.append(text + position, static_cast<std::size_t>(candidate - position));
-        position = candidate;
+        int end = -1;
+        int found = (all == 1 || first) ? matcher->search(position, length, &end) : length;
+        out.append(text + position, static_cast<std::size_t>(found - position));
+        position = found;
         if (position >= length) break;
-        int end = matcher->attempt(position);
-        if (end == -1) {
-            int next = std::min(matcher->nextAfterFailure(position), length);
-            out.append(text + position, static_cast<std::size_t>(next - position));
-            position = next;
-            continue;
-        }
         first = false;
         matcher->flush();  // the replacement reads the captures from the slots
         _appendReplacement(&out, replacement);

@@ -209,6 +209,52 @@ TEST(TalvoRegexManager, MatchPattern_DollarIsStrictCaretOnlyAtZero) {
     });
 }
 
+// Without a caret, position 0 is skipped like any other start when the
+// pattern's prefix or first byte is not there.
+TEST(TalvoRegexManager, MatchPattern_StartFiltersHoldAtZero) {
+    expectSearches({
+        {"abc", "abc", 0, "abc"},
+        {"abc", "ab", -1, "<null>"},        // the prefix is longer than the text
+        {"abc", "xabc", 1, "abc"},
+        {"abc", "abxabc", 3, "abc"},
+        {"a(b)c", "abc", 0, "abc"},
+        {"[ab]+c", "abc", 0, "abc"},
+        {"[ab]+c", "cbc", 1, "bc"},
+        {"b$|a", "ab", 0, "a"},
+        {"$", "a", -1, "<null>"},
+    });
+}
+
+// Runs of plain characters are compared whole; a branch whose first byte
+// cannot match is passed over, except where ^ or $ match without a byte.
+TEST(TalvoRegexManager, MatchPattern_LiteralRunsAndBranchesAtTheEdges) {
+    expectSearches({
+        {"xy|abc", "ab", -1, "<null>"},     // the text ends inside the run
+        {"abc|b", "ab", 1, "b"},
+        {"(ab)*c", "ababc", 0, "ababc"},
+        {"a(x|$)", "a", -1, "<null>"},      // the group's closing step follows $
+        {"a($|x)", "ab", -1, "<null>"},
+        {"c|^a", "ab", 0, "a"},
+        {"xa|^ab", "ab", 0, "ab"},
+        {"ab|xa|ba", "xbab", 1, "ba"},
+    });
+}
+
+// After a leading caret, position 0 is tried only when the bytes that must
+// follow it are there; an attempt that records a group first is still made.
+TEST(TalvoRegexManager, MatchPattern_CaretThenBytesAtZero) {
+    expectSearches({
+        {"^ab", "ab", 0, "ab"},
+        {"^ab", "a", -1, "<null>"},
+        {"^ab", "xab", -1, "<null>"},
+        {"^^a", "a", 0, "a"},
+        {"^ab|b", "xab", 2, "b"},
+    });
+    TalvoRegexManager manager("^a(b)c");
+    EXPECT_EQ(manager.matchPattern("abd"), -1);
+    EXPECT_EQ(slot(&manager, 1), "b");
+}
+
 TEST(TalvoRegexManager, MatchPattern_BackReferences) {
     expectSearches({
         {"(a)\\2", "aa", -1, "<null>"},       // slot 2 is empty
