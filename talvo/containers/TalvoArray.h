@@ -138,7 +138,8 @@ public:
     void compactRight();
     /// Gathers the Items of slots max(from, 0) to min(to, size - 1) at the
     /// block's start and sorts them stably ascending by compare(left, right).
-    /// Needs no memory; O(k log^2 k) for k Items.
+    /// O(k log k) for k Items with a scratch block of k pointers, quadratic
+    /// when that block cannot be had.
     void sortBlock(int from, int to, TalvoCompareFunction compare);
 
 private:
