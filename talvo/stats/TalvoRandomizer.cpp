@@ -75,9 +75,22 @@ int mod32(int x, int y) {
     return x % y;
 }
 
+// a x k mod (2^31 - 1) for k >= 0 and 0 < a < 2^31: the high bits of the
+// 64-bit product fold onto the low 31, as 2^31 = 1 modulo 2^31 - 1.
+int mersenneProduct(int a, int k) {
+    const std::uint64_t modulus = kDefaultModulus;
+    std::uint64_t product = static_cast<std::uint64_t>(a) * static_cast<std::uint64_t>(k);
+    std::uint64_t folded = (product & modulus) + (product >> 31);
+    return static_cast<int>(folded >= modulus ? folded - modulus : folded);
+}
+
 // Schrage (1979), "A more portable Fortran random number generator": a x k
-// mod m without overflow, for q = m / a and r = m mod a.
+// mod m without overflow, for q = m / a and r = m mod a. With a > 0 and
+// r < q the step is exact, so for the default modulus and k >= 0 (never
+// above it) the folded 64-bit product gives the same value without dividing.
 int schrageStep(int k, int a, int m, int q, int r) {
+    if (m == kDefaultModulus && k >= 0 && a > 0 && r < q)
+        return mersenneProduct(a, k);
     int s = sub32(mul32(a, mod32(k, q)), mul32(r, div32(k, q)));
     if (s < 0)
         s = add32(s, m);

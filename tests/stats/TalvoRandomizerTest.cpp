@@ -3,8 +3,10 @@
 #include <talvo/stats/TalvoRandomizer.h>
 
 #include <cfloat>
+#include <climits>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <random>
 #include <vector>
 
@@ -49,6 +51,32 @@ TEST(TalvoCongruentialRandomizer, Draw_FirstValuesOfEachKindFromDefaultSeed) {
     for (const Case& c : cases) {
         TalvoCongruentialRandomizer* r = new TalvoCongruentialRandomizer(c.kind);
         EXPECT_EQ(c.expected, draws(r, 5)) << "kind " << c.kind;
+        delete r;
+    }
+}
+
+// The Schrage step written out with 64-bit intermediates, wrapped to 32 bits
+// as the generator's arithmetic wraps.
+int literalSchrageStep(int k, int a, int m) {
+    std::int64_t q = m / a, r = m % a;
+    std::int64_t s = a * (k % q) - r * (k / q);
+    int wrapped = static_cast<int>(static_cast<std::uint32_t>(s));
+    return wrapped < 0 ? static_cast<int>(static_cast<std::uint32_t>(wrapped) + static_cast<std::uint32_t>(m))
+                       : wrapped;
+}
+
+// Multipliers whose step is exact (r < q) and ones whose step wraps, seeds
+// at zero, at the modulus, above and below it: every draw is the step itself.
+TEST(TalvoCongruentialRandomizer, Draw_IsSchrageStepForAnyMultiplierAndSeed) {
+    const int m = 2147483647, mask = 123459876;
+    const int multipliers[] = {1, 16807, 46340, 46341, 65536, 1 << 20, 2147483646};
+    const int seeds[] = {0, 1, mask, m - 1, m, -1, -5, INT_MIN, 1 << 30, 987654321};
+    for (int a : multipliers) {
+        TalvoCongruentialRandomizer* r = new TalvoCongruentialRandomizer(m, a, mask);
+        for (int seed : seeds) {
+            r->setSeed(seed);
+            EXPECT_EQ(literalSchrageStep(seed ^ mask, a, m) ^ mask, r->draw()) << "a " << a << " seed " << seed;
+        }
         delete r;
     }
 }
