@@ -89,6 +89,21 @@ TEST(TalvoCongruentialRandomizer, UniformDraw_IsDrawOverModulus) {
     delete r;
 }
 
+// With multiplier 1 and no mask a draw hands back the seed, so the quotient
+// is checked on draws chosen around 2^22 and up to the modulus.
+TEST(TalvoCongruentialRandomizer, UniformDraw_IsCorrectlyRoundedQuotientForEveryDrawSize) {
+    const int m = 2147483647;
+    const int draws[] = {1, 3, (1 << 22) - 1, 1 << 22, (1 << 22) + 1, 1 << 30, 1234567891, m - 2, m - 1};
+    TalvoCongruentialRandomizer* r = new TalvoCongruentialRandomizer(m, 1, 0);
+    std::mt19937 more(7);
+    for (int i = 0; i < 100000; ++i) {
+        int d = i < 9 ? draws[i] : static_cast<int>(more() % static_cast<unsigned>(m));
+        r->setSeed(d);
+        ASSERT_EQ(static_cast<double>(d) / m, r->uniformDraw()) << "draw " << d;
+    }
+    delete r;
+}
+
 TEST(TalvoCongruentialRandomizer, Constructor_UnknownKindsTakeFirstMultiplier) {
     struct Case {
         int kind;
