@@ -213,6 +213,17 @@ TalvoAVLTreeNode* TalvoAVLTree::_lowerBound(TalvoCompareFunction compare, void* 
     return bound;
 }
 
+TalvoAVLTreeNode* TalvoAVLTree::_equalNode(TalvoCompareFunction compare, void* key) {
+    TalvoAVLTreeNode* n = root;
+    while (n) {
+        int r = compare(n->item, key);
+        if (r == 0)
+            return n;
+        n = r > 0 ? n->left : n->right;
+    }
+    return nullptr;
+}
+
 TalvoAVLTreeNode* TalvoAVLTree::_lowerBoundWithLeaf(TalvoCompareFunction compare, void* key,
                                                      TalvoAVLTreeNode*& leaf, bool& left) {
     TalvoAVLTreeNode* bound = nullptr;
@@ -356,15 +367,9 @@ void TalvoAVLTree::_attachLeaf(void* item, TalvoAVLTreeNode* leaf, bool left) {
 }
 
 void TalvoAVLTree::removeItem(void* item) {
-    TalvoAVLTreeNode* n = root;
-    while (n) {
-        int r = compare(n->item, item);
-        if (r == 0) {
-            _removeNode(n);
-            return;
-        }
-        n = r > 0 ? n->left : n->right;
-    }
+    TalvoAVLTreeNode* node = _equalNode(compare, item);
+    if (node)
+        _removeNode(node);
 }
 
 void* TalvoAVLTree::removeFirstItem() { return removeNthItem(1); }

@@ -222,13 +222,16 @@ public:
 
 private:
     friend class TalvoAVLTreeCursor;
-    friend class TalvoDictionary;  // setEntry searches and inserts in one descent
+    friend class TalvoDictionary;  // searches, inserts and removes in one descent
 
     void _relink(TalvoAVLTreeNode* parent, TalvoAVLTreeNode* from, TalvoAVLTreeNode* to);
     void _rebalanceUpFrom(TalvoAVLTreeNode* node);
     void _removeNode(TalvoAVLTreeNode* node);
     void _removeAllNodes();
     TalvoAVLTreeNode* _lowerBound(TalvoCompareFunction compare, void* key);
+    // The first node met on the descent from the root whose Item gives
+    // compare(item, key) == 0 (the one removeItem removes), or null.
+    TalvoAVLTreeNode* _equalNode(TalvoCompareFunction compare, void* key);
     // _lowerBound that also gives the last node of its descent and the side
     // it would go on (null for an empty tree). When no Item compares equal to
     // `key`, that is where insertItem attaches an Item ordered like `key`.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <climits>
 #include <cstdint>
+#include <memory>
+#include <new>
 
 namespace {
 
@@ -24,41 +26,70 @@ void releaseBlock(void** block) {
     TalvoMemoryManager::deleteCell(block);
 }
 
-// Stable in-place merge of the sorted runs [first, middle) and [middle, last).
-// `precedes(r, l)` tells that r must stand before l. Recursing into the
-// smaller half only keeps the depth below log2 of the length.
+// Items sorted by insertion before runs are merged; short runs insert fastest.
+constexpr std::ptrdiff_t InsertionRun = 16;
+
+// Sorts items[0, n) stably by insertion: an Item passes an earlier one only
+// when `precedes(item, earlier)`. Quadratic; used on short runs, or on the
+// whole block when no scratch memory is available.
 template <class Precedes>
-void mergeRuns(void** first, void** middle, void** last, Precedes& precedes) {
-    while (first != middle && middle != last) {
-        std::ptrdiff_t len1 = middle - first;
-        std::ptrdiff_t len2 = last - middle;
-        if (len1 + len2 == 2) {
-            if (precedes(*middle, *first))
-                std::iter_swap(first, middle);
-            return;
-        }
-        void** cut1;
-        void** cut2;
-        if (len1 > len2) {
-            cut1 = first + len1 / 2;
-            cut2 = std::lower_bound(middle, last, *cut1,
-                                    [&](void* r, void* l) { return precedes(r, l); });
-        } else {
-            cut2 = middle + len2 / 2;
-            cut1 = std::upper_bound(first, middle, *cut2,
-                                    [&](void* r, void* l) { return precedes(r, l); });
-        }
-        void** joint = std::rotate(cut1, middle, cut2);
-        if ((joint - first) < (last - joint)) {
-            mergeRuns(first, cut1, joint, precedes);
-            first = joint;
-            middle = cut2;
-        } else {
-            mergeRuns(joint, cut2, last, precedes);
-            last = joint;
-            middle = cut1;
-        }
+void insertionSort(void** items, std::ptrdiff_t n, Precedes precedes) {
+    for (std::ptrdiff_t i = 1; i < n; ++i) {
+        void* item = items[i];
+        std::ptrdiff_t j = i;
+        for (; j > 0 && precedes(item, items[j - 1]); --j)
+            items[j] = items[j - 1];
+        items[j] = item;
     }
+}
+
+// Merges the sorted runs from[lo, mid) and from[mid, hi) into to[lo, hi). On
+// ties the left run's Item comes first, which keeps the sort stable.
+template <class Precedes>
+void mergeRuns(void** from, void** to, std::ptrdiff_t lo, std::ptrdiff_t mid, std::ptrdiff_t hi,
+               Precedes precedes) {
+    if (mid == hi || !precedes(from[mid], from[mid - 1])) {
+        std::copy(from + lo, from + hi, to + lo);  // already in order
+        return;
+    }
+    std::ptrdiff_t left = lo, right = mid, out = lo;
+    while (left < mid && right < hi)
+        to[out++] = precedes(from[right], from[left]) ? from[right++] : from[left++];
+    std::copy(from + left, from + mid, to + out);
+    std::copy(from + right, from + hi, to + out + (mid - left));
+}
+
+// Sorts items[0, n) stably, leaving the result in `items` or, when
+// `intoOther`, in other[0, n); the rest of both blocks serves as scratch.
+// The halves are sorted depth first, so that the small merges work on Items
+// still in the cache.
+template <class Precedes>
+void sortInto(void** items, void** other, std::ptrdiff_t n, bool intoOther, Precedes precedes) {
+    if (n <= InsertionRun) {
+        insertionSort(items, n, precedes);
+        if (intoOther)
+            std::copy(items, items + n, other);
+        return;
+    }
+    std::ptrdiff_t half = n / 2;
+    sortInto(items, other, half, !intoOther, precedes);
+    sortInto(items + half, other + half, n - half, !intoOther, precedes);
+    if (intoOther)
+        mergeRuns(items, other, 0, half, n, precedes);
+    else
+        mergeRuns(other, items, 0, half, n, precedes);
+}
+
+// Sorts items[0, n) stably by merging through a scratch block of n pointers,
+// O(n log n). Without scratch memory the whole block is sorted by insertion,
+// as quadratic as exchanging neighbours.
+template <class Precedes>
+void stableSort(void** items, std::ptrdiff_t n, Precedes precedes) {
+    std::unique_ptr<void*[]> scratch(n > InsertionRun ? new (std::nothrow) void*[n] : nullptr);
+    if (scratch)
+        sortInto(items, scratch.get(), n, false, precedes);
+    else
+        insertionSort(items, n, precedes);
 }
 
 }  // namespace
@@ -338,13 +369,5 @@ void TalvoArray::sortBlock(int from, int to, TalvoCompareFunction compare) {
         ++end;
     // The same order as exchanging neighbours while compare(left, right) > 0:
     // an Item moves ahead of an earlier one only when strictly smaller.
-    auto precedes = [=](void* r, void* l) { return compare(l, r) > 0; };
-    void** cells = _cells;
-    std::int64_t n = end - first;
-    for (std::int64_t width = 1; width < n; width *= 2) {
-        for (std::int64_t lo = 0; lo + width < n; lo += 2 * width) {
-            std::int64_t hi = std::min(lo + 2 * width, n);
-            mergeRuns(cells + first + lo, cells + first + lo + width, cells + first + hi, precedes);
-        }
-    }
+    stableSort(_cells + first, end - first, [=](void* r, void* l) { return compare(l, r) > 0; });
 }

@@ -138,7 +138,8 @@ public:
     void compactRight();
     /// Gathers the Items of slots max(from, 0) to min(to, size - 1) at the
     /// block's start and sorts them stably ascending by compare(left, right).
-    /// Needs no memory; O(k log^2 k) for k Items.
+    /// O(k log k) for k Items with a scratch block of k pointers, quadratic
+    /// when that block cannot be had.
     void sortBlock(int from, int to, TalvoCompareFunction compare);
 
 private:
@@ -149,9 +150,17 @@ private:
     /// The first and last index of a (from, length) block; first > last when empty.
     void _blockBounds(int from, int length, int& first, int& last) const;
     /// Stores into an existing slot, keeping itemCount in step.
+    /// Branches rather than adding a computed difference: the usual stores
+    /// (an Item into an empty slot) are then predicted and the count does
+    /// not wait on the slot's load.
     void _storeInSlot(int index, void* item) {
         void*& slot = _cells[index];
-        _itemCount += (slot == nullptr) - (item == nullptr);
+        if (!slot) {
+            if (item)
+                ++_itemCount;
+        } else if (!item) {
+            --_itemCount;
+        }
         slot = item;
     }
     /// setCell for an index outside the block: grows or ignores.

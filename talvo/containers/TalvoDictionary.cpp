@@ -15,12 +15,16 @@ void TalvoDictionary::free(void* dictionary) {
         delete static_cast<TalvoDictionary*>(dictionary);
 }
 
+// compareKey reads the attribute's name against the bare key: no temporary
+// handle is built for the search. Keys are unique, so the descent may stop
+// at the first node whose key is equal.
+TalvoAVLTreeNode* TalvoDictionary::_entryNode(const char* key) const {
+    return _tree ? _tree->_equalNode(TalvoHandle::compareKey, const_cast<char*>(key)) : nullptr;
+}
+
 TalvoAttribute* TalvoDictionary::getAttribute(const char* key) const {
-    if (!_tree)
-        return nullptr;
-    // compareKey reads the attribute's name against the bare key: no
-    // temporary handle is built for the search.
-    return static_cast<TalvoAttribute*>(_tree->lookForItem(TalvoHandle::compareKey, const_cast<char*>(key)));
+    TalvoAVLTreeNode* node = _entryNode(key);
+    return node ? static_cast<TalvoAttribute*>(node->getItem()) : nullptr;
 }
 
 bool TalvoDictionary::hasEntry(const char* key) const { return getAttribute(key) != nullptr; }
@@ -51,11 +55,13 @@ void TalvoDictionary::setEntry(const char* key, const char* definition) {
         _tree->_attachLeaf(entry, leaf, left);
 }
 
+// The node found is the one removeItem would remove: the only one with the key.
 void TalvoDictionary::removeEntry(const char* key) {
-    TalvoAttribute* entry = getAttribute(key);
-    if (!entry)
+    TalvoAVLTreeNode* node = _entryNode(key);
+    if (!node)
         return;
-    _tree->removeItem(entry);  // keys are unique: the node found is this entry's
+    TalvoAttribute* entry = static_cast<TalvoAttribute*>(node->getItem());
+    _tree->_removeNode(node);
     TalvoAttribute::free(entry);
 }
 

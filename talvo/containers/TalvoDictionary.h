@@ -71,6 +71,9 @@ public:
 private:
     friend class TalvoDictionaryCursor;
 
+    /// The tree node of the entry with that key; null when absent.
+    TalvoAVLTreeNode* _entryNode(const char* key) const;
+
     TalvoAVLTree* _tree;
 };
 

@@ -75,9 +75,37 @@ int mod32(int x, int y) {
     return x % y;
 }
 
+// a x k mod (2^31 - 1) for k >= 0 and 0 < a < 2^31: the high bits of the
+// 64-bit product fold onto the low 31, as 2^31 = 1 modulo 2^31 - 1.
+int mersenneProduct(int a, int k) {
+    const std::uint64_t modulus = kDefaultModulus;
+    std::uint64_t product = static_cast<std::uint64_t>(a) * static_cast<std::uint64_t>(k);
+    std::uint64_t folded = (product & modulus) + (product >> 31);
+    return static_cast<int>(folded >= modulus ? folded - modulus : folded);
+}
+
+// Below this a draw is divided by the default modulus; from it on, multiplied.
+const int kLeastProductDraw = 1 << 22;
+
+// d / m in floating point. For the default modulus and d >= 2^22 the same
+// correctly rounded quotient comes without a division: d / (2^31 - 1) is
+// (2N + x) x 2^-63 for N = d (2^31 + 1) and some x in (0, 2]. From 2^54 on,
+// doubles lie 4 or more apart and round at even integers, so 2N + 1, with
+// no such point between it and 2N + x, rounds to the same double.
+double quotient(int d, int m) {
+    if (m != kDefaultModulus || d < kLeastProductDraw)
+        return static_cast<double>(d) / m;
+    std::uint64_t n = static_cast<std::uint64_t>(d) * (std::uint64_t{kDefaultModulus} + 2);
+    return static_cast<double>(static_cast<std::int64_t>(2 * n + 1)) * 0x1p-63;
+}
+
 // Schrage (1979), "A more portable Fortran random number generator": a x k
-// mod m without overflow, for q = m / a and r = m mod a.
+// mod m without overflow, for q = m / a and r = m mod a. With a > 0 and
+// r < q the step is exact, so for the default modulus and k >= 0 (never
+// above it) the folded 64-bit product gives the same value without dividing.
 int schrageStep(int k, int a, int m, int q, int r) {
+    if (m == kDefaultModulus && k >= 0 && a > 0 && r < q)
+        return mersenneProduct(a, k);
     int s = sub32(mul32(a, mod32(k, q)), mul32(r, div32(k, q)));
     if (s < 0)
         s = add32(s, m);
@@ -336,7 +364,7 @@ int TalvoCongruentialRandomizer::draw() {
 }
 
 double TalvoCongruentialRandomizer::uniformDraw() {
-    return static_cast<double>(draw()) / m;
+    return quotient(draw(), m);
 }
 
 // ---------------------------------------------------------------- shuffled
@@ -425,7 +453,7 @@ int TalvoShuffledCongruentialRandomizer::draw() {
 }
 
 double TalvoShuffledCongruentialRandomizer::uniformDraw() {
-    return static_cast<double>(draw()) / m;
+    return quotient(draw(), m);
 }
 
 TalvoShuffledCongruentialRandomizer* TalvoShuffledCongruentialRandomizer::copy() const {

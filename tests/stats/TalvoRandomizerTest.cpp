@@ -3,8 +3,10 @@
 #include <talvo/stats/TalvoRandomizer.h>
 
 #include <cfloat>
+#include <climits>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <random>
 #include <vector>
 
@@ -44,6 +46,16 @@ double literalExponential(double u) {
     return u <= ln2 ? a + u : a + 0.5 * ln2;
 }
 
+// The Schrage step written out with 64-bit intermediates, wrapped to 32 bits
+// as the generator's arithmetic wraps.
+int literalSchrageStep(int k, int a, int m) {
+    std::int64_t q = m / a, r = m % a;
+    std::int64_t s = a * (k % q) - r * (k / q);
+    int wrapped = static_cast<int>(static_cast<std::uint32_t>(s));
+    return wrapped < 0 ? static_cast<int>(static_cast<std::uint32_t>(wrapped) + static_cast<std::uint32_t>(m))
+                       : wrapped;
+}
+
 }  // namespace
 
 // Expected sequences come from the Schrage step worked out independently in
@@ -61,6 +73,37 @@ TEST(TalvoCongruentialRandomizer, Draw_FirstValuesOfEachKindFromDefaultSeed) {
         TalvoCongruentialRandomizer r(c.kind);
         EXPECT_EQ(c.expected, draws(&r, 5)) << "kind " << c.kind;
     }
+}
+
+// Multipliers whose step is exact (r < q) and ones whose step wraps, seeds
+// at zero, at the modulus, above and below it: every draw is the step itself.
+TEST(TalvoCongruentialRandomizer, Draw_IsSchrageStepForAnyMultiplierAndSeed) {
+    const int m = 2147483647, mask = 123459876;
+    const int multipliers[] = {1, 16807, 46340, 46341, 65536, 1 << 20, 2147483646};
+    const int seeds[] = {0, 1, mask, m - 1, m, -1, -5, INT_MIN, 1 << 30, 987654321};
+    for (int a : multipliers) {
+        TalvoCongruentialRandomizer* r = new TalvoCongruentialRandomizer(m, a, mask);
+        for (int seed : seeds) {
+            r->setSeed(seed);
+            EXPECT_EQ(literalSchrageStep(seed ^ mask, a, m) ^ mask, r->draw()) << "a " << a << " seed " << seed;
+        }
+        delete r;
+    }
+}
+
+// With multiplier 1 and no mask a draw hands back the seed, so the quotient
+// is checked on draws chosen around 2^22 and up to the modulus.
+TEST(TalvoCongruentialRandomizer, UniformDraw_IsCorrectlyRoundedQuotientForEveryDrawSize) {
+    const int m = 2147483647;
+    const int draws[] = {1, 3, (1 << 22) - 1, 1 << 22, (1 << 22) + 1, 1 << 30, 1234567891, m - 2, m - 1};
+    TalvoCongruentialRandomizer* r = new TalvoCongruentialRandomizer(m, 1, 0);
+    std::mt19937 more(7);
+    for (int i = 0; i < 100000; ++i) {
+        int d = i < 9 ? draws[i] : static_cast<int>(more() % static_cast<unsigned>(m));
+        r->setSeed(d);
+        ASSERT_EQ(static_cast<double>(d) / m, r->uniformDraw()) << "draw " << d;
+    }
+    delete r;
 }
 
 TEST(TalvoCongruentialRandomizer, Constructor_UnknownKindsTakeFirstMultiplier) {
