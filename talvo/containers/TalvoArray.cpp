@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <climits>
 #include <cstdint>
-#include <memory>
-#include <new>
 
 namespace {
 
@@ -80,16 +78,19 @@ void sortInto(void** items, void** other, std::ptrdiff_t n, bool intoOther, Prec
         mergeRuns(other, items, 0, half, n, precedes);
 }
 
-// Sorts items[0, n) stably by merging through a scratch block of n pointers,
-// O(n log n). Without scratch memory the whole block is sorted by insertion,
-// as quadratic as exchanging neighbours.
+// Sorts items[0, n) stably by merging through a scratch block of n pointers
+// (allocated and traced as any block is), O(n log n). Without scratch memory
+// the whole block is sorted by insertion, as quadratic as exchanging
+// neighbours.
 template <class Precedes>
-void stableSort(void** items, std::ptrdiff_t n, Precedes precedes) {
-    std::unique_ptr<void*[]> scratch(n > InsertionRun ? new (std::nothrow) void*[n] : nullptr);
-    if (scratch)
-        sortInto(items, scratch.get(), n, false, precedes);
-    else
+void stableSort(void** items, int n, Precedes precedes) {
+    void** scratch = n > InsertionRun ? newBlock(n) : nullptr;
+    if (scratch) {
+        sortInto(items, scratch, n, false, precedes);
+        releaseBlock(scratch);
+    } else {
         insertionSort(items, n, precedes);
+    }
 }
 
 }  // namespace
