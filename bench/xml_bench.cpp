@@ -9,6 +9,8 @@
 // are visible: libxml2 (<libxml/parser.h>) and tinyxml2 (<tinyxml2.h>).
 #include <benchmark/benchmark.h>
 
+#include "support/BenchInputs.h"
+
 #include <talvo/text/TalvoFileStream.h>
 #include <talvo/xml/TalvoXMLDocument.h>
 #include <talvo/xml/TalvoXMLParser.h>
@@ -16,6 +18,7 @@
 #include <malloc.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
 #if defined(TALVO_BENCH_HAVE_LIBXML2) && __has_include(<libxml/parser.h>)
@@ -91,9 +94,17 @@ std::string generate(Shape shape, size_t size) {
     return out;
 }
 
-// The generated file for a shape and size in MB, written once per run.
+// Where a generated file goes: the inputs directory when one is set, else the
+// system's temporary directory (never the directory the benchmark runs in).
+std::string generatedPath(const std::string& name) {
+    std::string path = talvo_bench::inputPath(name);
+    return path.empty() ? (std::filesystem::temp_directory_path() / name).string() : path;
+}
+
+// The generated file for a shape and size in MB, written once.
 std::string inputFile(Shape shape, int megabytes, size_t* bytes) {
-    std::string path = std::string("xml_bench_") + ShapeNames[shape] + "_" + std::to_string(megabytes) + "MB.xml";
+    std::string path =
+        generatedPath(std::string("xml_bench_") + ShapeNames[shape] + "_" + std::to_string(megabytes) + "MB.xml");
     std::string content = generate(shape, static_cast<size_t>(megabytes) * OneMB);
     *bytes = content.size();
     FILE* file = std::fopen(path.c_str(), "rb");
