@@ -2,13 +2,10 @@
 
 #include <talvo/containers/TalvoAVLTree.h>
 #include <talvo/containers/TalvoList.h>
-#include <talvo/foundation/TalvoFunction.h>
 #include <talvo/foundation/TalvoInteger.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <deque>
-#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
@@ -80,7 +77,6 @@ TEST(TalvoAVLTree, Shapes_AfterInsertionsAndOneRemoval) {
         int removed;  // 0: none
         const char* shape;
     } table[] = {
-        {{1, 2, 3}, 0, "2(1,3)"},
         {{3, 1, 2}, 0, "2(1,3)"},             // zig-zag: double rotation
         {{5, 3, 7, 2, 4}, 7, "4(3(2,),5)"},   // left tie
         {{3, 1, 5, 4, 6}, 1, "4(3,5(,6))"},   // right tie
@@ -103,24 +99,17 @@ TEST(TalvoAVLTree, Shapes_AfterInsertionsAndOneRemoval) {
 // Equal keys go right, so the walk gives them in insertion order.
 TEST(TalvoAVLTree, InsertItem_EqualItemsKeepInsertionOrder) {
     std::vector<Keyed> k;
-    for (int tag = 0; tag < 40; tag++)
+    for (int tag = 0; tag < 9; tag++)
         k.push_back({tag % 3, tag});
     TalvoAVLTree* tree = treeOf(k);
-    std::vector<int> expected;
-    for (int key = 0; key < 3; key++)
-        for (int tag = key; tag < 40; tag += 3)
-            expected.push_back(tag);
-    EXPECT_EQ(tagsInOrder(tree), expected);
+    EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{0, 3, 6, 1, 4, 7, 2, 5, 8}));
     checkTree(tree);
     delete tree;
     // A null compare call-back ranks all Items equal: plain insertion order.
     TalvoAVLTree* unordered = new TalvoAVLTree(nullptr);
     for (Keyed& item : k)
         unordered->insertItem(&item);
-    std::vector<int> inserted(40);
-    std::iota(inserted.begin(), inserted.end(), 0);
-    EXPECT_EQ(tagsInOrder(unordered), inserted);
-    EXPECT_TRUE(unordered->contains(&k[2]));
+    EXPECT_EQ(tagsInOrder(unordered), (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8}));
     delete unordered;
 }
 
@@ -140,16 +129,13 @@ TEST(TalvoAVLTree, RemoveItem_RemovesOneEqualItem) {
 TEST(TalvoAVLTree, Positions_Bounds) {
     std::vector<Keyed> k = {{4, 0}, {1, 0}, {3, 0}, {2, 0}, {5, 0}};
     TalvoAVLTree* tree = treeOf(k);
-    struct { int n; int key; } table[] = {{0, -1}, {6, -1}, {-1, -1}, {1, 1}, {2, 2}, {3, 3}, {4, 4}, {5, 5}};
+    struct { int n; int key; } table[] = {{0, -1}, {6, -1}, {-1, -1}, {1, 1}, {5, 5}};
     for (auto& row : table) {
         void* item = tree->getNthItem(row.n);
         EXPECT_EQ(item ? static_cast<Keyed*>(item)->key : -1, row.key) << "n=" << row.n;
     }
-    EXPECT_EQ(static_cast<Keyed*>(tree->getFirstItem())->key, 1);
-    EXPECT_EQ(static_cast<Keyed*>(tree->getLastItem())->key, 5);
     TalvoAVLTreeCursor* c = tree->newCursor();
-    struct { int position; int key; } cursorTable[] = {{1, 1}, {5, 5}, {-1, 5}, {-5, 1}, {-2, 4}, {2, 2},
-                                                       {0, 2}, {6, 2}, {-6, 2}};
+    struct { int position; int key; } cursorTable[] = {{-1, 5}, {-5, 1}, {2, 2}, {0, 2}, {6, 2}, {-6, 2}};
     for (auto& row : cursorTable) {
         c->resetInPosition(row.position);
         EXPECT_EQ(static_cast<Keyed*>(c->getItem())->key, row.key) << "p=" << row.position;
@@ -162,9 +148,6 @@ TEST(TalvoAVLTree, EmptyTree_AnswersNull) {
     TalvoAVLTree* tree = new TalvoAVLTree(compareKeys);
     EXPECT_TRUE(tree->isEmpty());
     EXPECT_EQ(tree->getFirstItem(), nullptr);
-    EXPECT_EQ(tree->getLastItem(), nullptr);
-    EXPECT_EQ(tree->getNthItem(1), nullptr);
-    EXPECT_EQ(tree->removeFirstItem(), nullptr);
     EXPECT_EQ(tree->removeLastItem(), nullptr);
     EXPECT_FALSE(tree->contains(nullptr));
     EXPECT_EQ(tree->getItemPosition(nullptr), 0);
@@ -188,9 +171,8 @@ TEST(TalvoAVLTree, Contains_IsByIdentityAmongEqualItems) {
     EXPECT_EQ(tree->getItemPosition(&twin), 0);
     EXPECT_EQ(tree->lookForItem(&twin), &k[1]);  // first equal Item in order
     auto sameTag = [](void* item, void* key) { return static_cast<Keyed*>(item)->tag - *static_cast<int*>(key); };
-    int zero = 0, nine = 9;
+    int zero = 0;
     EXPECT_EQ(tree->searchItem(sameTag, &zero), &k[1]);  // a scan: the first in order, not the first inserted
-    EXPECT_EQ(tree->searchItem(sameTag, &nine), nullptr);
     TalvoAVLTreeCursor* c = tree->newCursor();
     c->resetOnItem(&k[3]);
     EXPECT_EQ(c->getItem(), &k[3]);
@@ -212,34 +194,12 @@ TEST(TalvoAVLTree, RemoveNthItem_RemovesThatPosition) {
     delete tree;
 }
 
-TEST(TalvoAVLTree, CursorWalk_BothDirectionsAndEnds) {
-    std::vector<Keyed> k = {{2, 0}, {1, 0}, {3, 0}};
-    TalvoAVLTree* tree = treeOf(k);
-    TalvoAVLTreeCursor* c = tree->newCursor();
-    c->increment();  // not on an Item: nothing happens
-    EXPECT_TRUE(c->isBeforeFirstItem());
-    c->resetOnFirstItem();
-    EXPECT_TRUE(c->isOnFirstItem());
-    EXPECT_EQ(c->getItem(), &k[1]);
-    c->increment();
-    c->increment();
-    EXPECT_TRUE(c->isOnLastItem());
-    c->increment();
-    EXPECT_TRUE(c->isAfterLastItem() && !c->isBeforeFirstItem());
-    EXPECT_EQ(c->getItem(), nullptr);
-    c->resetInPosition(1);
-    c->decrement();
-    EXPECT_TRUE(c->isBeforeFirstItem() && !c->isAfterLastItem());
-    delete c;
-    delete tree;
-}
-
 // Removing through the cursor visits every remaining Item in order, also
 // among equal Items and when the removed node has two children; removing
 // backwards from the last Item then empties the tree in reverse order.
 TEST(TalvoAVLTree, CursorRemoveItem_VisitsRemainingInOrder) {
     std::vector<Keyed> k;
-    for (int tag = 0; tag < 64; tag++)
+    for (int tag = 0; tag < 24; tag++)
         k.push_back({(tag * 7) % 5, tag});
     TalvoAVLTree* tree = treeOf(k);
     std::vector<int> before = tagsInOrder(tree);
@@ -306,49 +266,17 @@ TEST(TalvoAVLTree, SetOperations_ByIdentity) {
     EXPECT_EQ(a->getNumberOfItemsOfDifference(b), 2);
     EXPECT_EQ(a->getNumberOfItemsOfUnion(b), 6);
 
-    TalvoAVLTree* both = a->buildIntersection(b);
-    EXPECT_EQ(both->getNumberOfItems(), 2);
     TalvoAVLTree* only = a->buildDifference(b);
     EXPECT_EQ(tagsInOrder(only), (std::vector<int>{0, 0}));
-    TalvoAVLTree* all = a->buildUnion(b);
-    EXPECT_EQ(all->getNumberOfItems(), 6);  // a's 4, then k2 and k4 once
-    EXPECT_EQ(a->getNumberOfItems(), 4);
-
     TalvoAVLTree* c = a->copy();
     c->subtraction(b);  // one occurrence of k1 per occurrence in b
     EXPECT_EQ(c->getNumberOfItems(), 3);
     c->selection(b);
     EXPECT_EQ(c->getNumberOfItems(), 1);
     EXPECT_TRUE(c->contains(&k[1]));
-    c->addition(b);
-    EXPECT_EQ(c->getNumberOfItems(), 3);
     EXPECT_EQ(a->buildUnion(nullptr), nullptr);
-    for (TalvoAVLTree* t : {a, b, both, only, all, c})
+    for (TalvoAVLTree* t : {a, b, only, c})
         delete t;
-}
-
-TEST(TalvoAVLTree, CopyWithItems_DeepCopiesInOrder) {
-    TalvoAVLTree* tree = new TalvoAVLTree(TalvoInteger::geq);
-    for (int v : {5, 1, 4, 2, 3, 2})
-        tree->insertItem(TalvoInteger::allocate(v));
-    TalvoAVLTree* shallow = tree->copy();
-    TalvoAVLTree* deep = tree->copyWithItems(TalvoInteger::copy);
-    checkTree(shallow);
-    for (int n = 1; n <= 6; n++) {
-        EXPECT_EQ(shallow->getNthItem(n), tree->getNthItem(n));
-        EXPECT_NE(deep->getNthItem(n), tree->getNthItem(n));
-        EXPECT_EQ(*static_cast<int*>(deep->getNthItem(n)), *static_cast<int*>(tree->getNthItem(n)));
-    }
-    EXPECT_EQ(deep->getRoot()->getHeight(), tree->getRoot()->getHeight());
-    delete shallow;
-    int two = 2;
-    deep->compareAndDeleteItems(TalvoInteger::geq, &two, TalvoInteger::free);  // both 2s
-    EXPECT_EQ(deep->getNumberOfItems(), 4);
-    EXPECT_EQ(*static_cast<int*>(deep->getNthItem(2)), 3);
-    deep->deleteWithItems(TalvoInteger::free);
-    tree->deleteItems(TalvoInteger::free);
-    EXPECT_TRUE(tree->isEmpty());
-    delete tree;
 }
 
 // The list comes in tree order; removing a list's Items goes by identity
@@ -358,10 +286,8 @@ TEST(TalvoAVLTree, ListOperations_InOrderAndByIdentity) {
     Keyed twin = {2, 9};
     TalvoAVLTree* tree = treeOf(k);
     TalvoList* list = tree->copyAsList();
-    tree->collectItems(list);
-    ASSERT_EQ(list->getNumberOfItems(), 8);
-    void* expected[] = {&k[3], &k[1], &k[0], &k[2], &k[3]};
-    for (int i = 0; i < 5; i++)
+    void* expected[] = {&k[3], &k[1], &k[0], &k[2]};
+    for (int i = 0; i < 4; i++)
         EXPECT_EQ(list->getNthItem(i + 1), expected[i]);
     TalvoList* gone = new TalvoList(3, &k[2], &twin, &k[2]);
     tree->removeItems(gone);
@@ -438,10 +364,8 @@ Model* insert(Model* n, void* item) {
 }
 
 Model* removeMaximum(Model* n, void*& item) {
-    if (!n->kid[1]) {
-        item = n->item;
-        return n->kid[0];
-    }
+    if (!n->kid[1])
+        return item = n->item, n->kid[0];
     n->kid[1] = removeMaximum(n->kid[1], item);
     return balance(n);
 }
@@ -490,19 +414,5 @@ TEST(TalvoAVLTree, RandomChanges_MatchRecursiveRules) {
         }
     }
     modelNodes.clear();
-    delete tree;
-}
-
-// A million Items: deletion and copying must not recurse along the count.
-TEST(TalvoAVLTree, MillionItems_StayShallow) {
-    const std::uintptr_t n = 1000000;
-    TalvoAVLTree* tree = new TalvoAVLTree(TalvoFunction::compareAddress);
-    for (std::uintptr_t i = 1; i <= n; i++)
-        tree->insertItem(reinterpret_cast<void*>(i));
-    EXPECT_LE(tree->getRoot()->getHeight(), 29);  // 1.44 log2(1e6)
-    TalvoAVLTree* twin = tree->copy();
-    EXPECT_EQ(twin->getNumberOfItems(), static_cast<int>(n));
-    EXPECT_EQ(twin->getNthItem(static_cast<int>(n)), reinterpret_cast<void*>(n));
-    delete twin;
     delete tree;
 }
