@@ -138,20 +138,6 @@ TEST(TalvoArray, ClearBlockBoundIsInclusive) {
     delete a;
 }
 
-TEST(TalvoArray, ClearBlockAndFreeItemsAndDeleteItem) {
-    TalvoArray a(4);
-    for (int i = 0; i < 4; ++i)
-        a.setCell(i, TalvoInteger::allocate(i));
-    freed = 0;
-    a.clearBlockAndFreeItems(0, 1, countFree);
-    EXPECT_EQ(freed, 2);
-    a.deleteItem(2, countFree);
-    a.deleteItem(2, countFree);
-    EXPECT_EQ(a.getNumberOfItems(), 1);
-    a.deleteItems(countFree);
-    EXPECT_EQ(freed, 4);
-}
-
 TEST(TalvoArray, MoveBlock) {
     struct {
         int from, length, shift;

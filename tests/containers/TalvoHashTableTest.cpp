@@ -205,21 +205,6 @@ TEST(TalvoHashTable, Copy_CarriesParametersButCopyWithItemsDoesNot) {
     table->deleteWithItems(TalvoInteger::free);
 }
 
-TEST(TalvoHashTable, ExtractListAndRange_TakePositionsInCursorOrder) {
-    TalvoHashTable* table = new TalvoHashTable(valueHash);
-    for (int v : {4, 2, 3, 1})
-        table->insertItem(itemOf(v));
-    TalvoList* list = table->extractList(0, 2);
-    ASSERT_EQ(list->getNumberOfItems(), 2);
-    EXPECT_EQ(valueOf(list->getNthItem(2)), 2);
-    TalvoHashTable* range = table->extractRange(3, 9);
-    EXPECT_EQ(cursorOrder(range), (std::vector<std::intptr_t>{3, 4}));
-    EXPECT_EQ(table->getNumberOfItems(), 4);
-    delete list;
-    delete range;
-    delete table;
-}
-
 TEST(TalvoHashTable, SetOperations_ByIdentity) {
     TalvoHashTable* a = new TalvoHashTable(valueHash);
     TalvoHashTable* b = new TalvoHashTable(valueHash);
@@ -259,21 +244,6 @@ TEST(TalvoHashTable, DeleteItems_FreeEveryItemTaken) {
     EXPECT_EQ(table->getNumberOfItems(), 3);
     delete list;
     table->deleteWithItems(TalvoInteger::free);
-}
-
-TEST(TalvoHashTable, EnlargeAndReduce_OnlyWhileResizingIsOn) {
-    TalvoHashTable* table = new TalvoHashTable(valueHash);
-    table->setResizing(false);
-    for (int i = 1; i <= 200; i++)
-        table->insertItem(itemOf(i));
-    table->enlarge();
-    EXPECT_EQ(table->getSize(), 1024);
-    table->setResizing(true);
-    table->enlarge();
-    table->reduce();
-    table->reduce();  // never below the minimum size
-    EXPECT_EQ(table->getSize(), 1024);
-    delete table;
 }
 
 namespace {

@@ -82,15 +82,6 @@ TEST(TalvoListCursor, ResetInPosition) {
     }
 }
 
-TEST(TalvoListCursor, ResetOnItemFindsFirstOccurrence) {
-    TalvoList list(3, I(1), I(2), I(2));
-    TalvoListCursor c(&list);
-    c.resetOnItem(I(2));
-    EXPECT_EQ(stateOf(c), on(I(2), false, false));
-    c.resetOnItem(I(9));
-    EXPECT_EQ(stateOf(c), After);
-}
-
 // Removing moves the cursor to the next item, so the three-line loop
 // empties the list.
 TEST(TalvoListCursor, RemoveAtCursorLeavesCursorOnNext) {
@@ -154,20 +145,4 @@ TEST(TalvoListCursor, InsertionsInTheMiddleAreNotCounted) {
     }
     EXPECT_EQ(list.getNumberOfItems(), -2);
     EXPECT_EQ(list.getTop(), nullptr);
-}
-
-TEST(TalvoListCursor, ExchangeSubstituteAndCopy) {
-    TalvoList list(3, I(1), I(2), I(3));
-    TalvoListCursor a(&list);
-    a.resetOnFirstItem();
-    TalvoListCursor* b = a.copy();
-    b->resetOnLastItem();
-    a.exchangeItems(b);
-    EXPECT_EQ(forward(&list), (std::vector<void*>{I(3), I(2), I(1)}));
-    b->increment();
-    a.exchangeItems(b);  // b is off the list: nothing
-    EXPECT_EQ(list.getTop(), I(3));
-    EXPECT_EQ(a.substituteItemForItem(I(9)), I(3));
-    EXPECT_EQ(list.getTop(), I(9));
-    delete b;
 }

@@ -71,17 +71,6 @@ TEST(TalvoList, GetNthItemPositions) {
     EXPECT_EQ(empty.getNthItem(-1), nullptr);
 }
 
-TEST(TalvoList, PositionAndSearch) {
-    TalvoList list(4, I(1), I(2), I(3), I(2));
-    EXPECT_EQ(list.getItemPosition(I(2)), 2);
-    EXPECT_EQ(list.getItemPosition(I(9)), 0);
-    EXPECT_TRUE(list.contains(I(3)));
-    int three = 3;  // another address with an equal value
-    EXPECT_FALSE(list.contains(&three));
-    EXPECT_EQ(list.searchItem(compareInts, &three), I(3));
-    EXPECT_EQ(list.searchItem(nullptr, &three), nullptr);
-}
-
 TEST(TalvoList, InsertItemInPositionBounds) {
     struct {
         int position;
@@ -139,18 +128,6 @@ TEST(TalvoList, DeleteItemsWithOtherFreesEveryItemOfOther) {
     expectList(&list, {b, a});  // only the first occurrence of a goes
     list.removeItems();
     TalvoInteger::free(b);
-}
-
-TEST(TalvoList, CompareAndRemoveOrDeleteItemsTakeEveryMatch) {
-    int a = 11, b = 25, c = 13, d = 30, key = 19, one = 1;
-    TalvoList list(4, &a, &b, &c, &d);
-    list.compareAndRemoveItems(compareTens, &key);
-    expectList(&list, {&b, &d});
-    TalvoList boxes(3, TalvoInteger::allocate(1), TalvoInteger::allocate(2), TalvoInteger::allocate(1));
-    freed = 0;
-    boxes.compareAndDeleteItems(compareInts, &one, countFree);
-    EXPECT_EQ(freed, 2);
-    boxes.deleteItems(countFree);
 }
 
 TEST(TalvoList, ExtractRangeClipsToList) {
