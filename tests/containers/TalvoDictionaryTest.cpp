@@ -88,22 +88,3 @@ TEST(TalvoDictionaryCursor, RemoveItemAndIncrement_HandsTheEntryToTheCaller) {
     EXPECT_FALSE(dictionary.hasEntry("a"));
     delete cursor;
 }
-
-// Many entries, a third of them removed, then all set again: the removed ones
-// come back in key order, the others keep their place with the new text.
-TEST(TalvoDictionary, SetEntry_AfterRemovalsInsertsInKeyOrderAndReplacesInPlace) {
-    TalvoDictionary dictionary;
-    std::string expected;
-    auto key = [](int i) { return "k" + std::to_string(i + 100); };
-    for (int i = 0; i < 60; ++i)
-        dictionary.setEntry(key(i * 7 % 60).c_str(), "old");
-    for (int i = 0; i < 60; i += 3)
-        dictionary.removeEntry(key(i).c_str());
-    for (int i = 59; i >= 0; --i)
-        dictionary.setEntry(key(i).c_str(), i % 3 == 0 ? "new" : "again");
-    for (int i = 0; i < 60; ++i) {
-        expected += (i ? "," : "") + key(i);
-        EXPECT_STREQ(dictionary.getEntry(key(i).c_str()), i % 3 == 0 ? "new" : "again");
-    }
-    EXPECT_EQ(keysInOrder(dictionary), expected);
-}
