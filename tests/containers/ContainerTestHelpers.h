@@ -1,7 +1,6 @@
 #pragma once
 
 #include <talvo/containers/TalvoList.h>
-#include <talvo/foundation/TalvoInteger.h>
 
 #include <vector>
 
@@ -15,13 +14,6 @@ inline void* I(int i) { return &v[i]; }
 inline int compareInts(void* a, void* b) { return *static_cast<int*>(a) - *static_cast<int*>(b); }
 // The tens digit as the key, so 21 and 25 are equals.
 inline int compareTens(void* a, void* b) { return *static_cast<int*>(a) / 10 - *static_cast<int*>(b) / 10; }
-
-// Frees a box and counts it.
-inline int freed = 0;
-inline void countFree(void* item) {
-    ++freed;
-    TalvoInteger::free(item);
-}
 
 inline std::vector<void*> forward(TalvoList* list) {
     std::vector<void*> items;
