@@ -55,7 +55,7 @@ TEST(TalvoHashTable, SetModulo_FollowsLadderWithItsOddRow) {
         EXPECT_EQ(TalvoHashTable::setModulo(row.size), row.modulo) << "size=" << row.size;
 }
 
-TEST(TalvoHashTable, InsertItem_DoublesUpToMaximumSize) {
+TEST(TalvoHashTable, InsertAndRemove_DoubleUpToMaximumAndHalveDownToMinimum) {
     TalvoHashTable* table = new TalvoHashTable(valueHash);
     Steps expected = {{102, 2048},   {204, 4096},   {409, 8192},   {819, 16384},
                       {1638, 32768}, {3276, 65536}, {6553, 131072}};
@@ -65,14 +65,10 @@ TEST(TalvoHashTable, InsertItem_DoublesUpToMaximumSize) {
     EXPECT_EQ(table->getReductionThreshold(), 1310);
     table->removeItems();  // a bulk removal halves at most once
     EXPECT_EQ(table->getSize(), 65536);
-    delete table;
-}
-
-TEST(TalvoHashTable, RemoveItem_HalvesDownToMinimumSize) {
-    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    table->reset();
     resizeSteps(table, 1, 7000);
     ASSERT_EQ(table->getSize(), 131072);
-    Steps expected = {{1310, 65536}, {655, 32768}, {327, 16384}, {163, 8192},
+    expected = {{1310, 65536}, {655, 32768}, {327, 16384}, {163, 8192},
                       {81, 4096},    {40, 2048},   {20, 1024}};
     EXPECT_EQ(resizeSteps(table, 7000, 1), expected);
     delete table;
