@@ -1,7 +1,6 @@
 #include "support/TalvoTest.h"
 
 #include <talvo/containers/TalvoList.h>
-#include <talvo/text/TalvoFileStream.h>
 #include <talvo/xml/TalvoXMLDocument.h>
 #include <talvo/xml/TalvoXMLTerm.h>
 
@@ -42,19 +41,6 @@ TEST(TalvoXMLDocument, LoadReplacesTheRootsAndPrintTakesTheFileOver) {
     document->print(out, 4);  // closes `out`
     EXPECT_EQ(readFile("out.xml"), "<?xml version=\"1.0\"?>\n<!DOCTYPE cfg>\n<a x=\"1\" >\n    <b />\n</a>\n");
     document->print(static_cast<FILE*>(nullptr), 2);
-    delete document;
-}
-
-TEST(TalvoXMLDocument, PrintOnAStreamLeavesItOpen) {
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    document->addRoot(new TalvoXMLTerm(TalvoXMLTerm::node, "a"));
-    FILE* out = std::fopen("out.xml", "wb");
-    TalvoFileStream* stream = new TalvoFileStream(false, out);
-    document->print(stream, 2);
-    document->print(stream, 0);
-    stream->close();
-    delete stream;
-    EXPECT_EQ(readFile("out.xml"), "<?xml version=\"1.0\"?>\n<a />\n<?xml version=\"1.0\"?>\n<a />\n");
     delete document;
 }
 
