@@ -191,10 +191,6 @@ TEST(TalvoRegexManager, Captures_PersistBetweenOperations) {
     EXPECT_EQ(slot(&manager, 1), "b");
     EXPECT_EQ(takeList(manager.splitWithPattern("abc")).size(), 2u);
     EXPECT_EQ(slot(&manager, 0), "bb");  // and so does splitting
-}
-
-TEST(TalvoRegexManager, SetBackReference_StoresCopiesAndGrows) {
-    TalvoRegexManager manager("a");
     manager.setBackReference(40, "far");
     EXPECT_EQ(slot(&manager, 40), "far");
     manager.setBackReference(-1, "none");

@@ -53,7 +53,7 @@ TEST(TalvoRegex, OperatorAssign_SharesTheClassText) {
     TalvoRegex::free(nullptr);
 }
 
-TEST(TalvoRegex, Print_AddsNoParentheses) {
+TEST(TalvoRegex, HandBuiltTree_PrintsWithoutParenthesesAndMatchesWithTheStack) {
     TalvoRegexManager manager("x");
     TalvoRegex* a = manager.newRegex(TalvoRegex::TYPE_CHAR);
     a->setCharacterClass("a");
@@ -66,21 +66,11 @@ TEST(TalvoRegex, Print_AddsNoParentheses) {
     star->setLeftArgument(cat);
     EXPECT_EQ(regex_test::printed(star), "ab*");
     star->print(static_cast<FILE*>(nullptr));
-}
-
-TEST(TalvoRegex, Match_ContinuesWithTheStackAndLeavesItAsFound) {
-    TalvoRegexManager manager("x");
-    TalvoRegex* a = manager.newRegex(TalvoRegex::TYPE_CHAR);
-    a->setCharacterClass("a");
-    TalvoRegex* plus = manager.newRegex(TalvoRegex::TYPE_PLUS);
-    plus->setLeftArgument(a);
-    TalvoRegex* b = manager.newRegex(TalvoRegex::TYPE_CHAR);
-    b->setCharacterClass("b");
     TalvoList stack;
     stack.insertItemLast(b);
-    EXPECT_EQ(plus->match("aab", 0, &stack), 3);
-    EXPECT_EQ(stack.getTop(), b);
-    EXPECT_EQ(plus->match(nullptr, 0, nullptr), -1);
-    EXPECT_EQ(plus->match("a", -1, nullptr), -1);
-    EXPECT_EQ(plus->match("a", 2, nullptr), -1);
+    EXPECT_EQ(star->match("abb", 0, &stack), 3);
+    EXPECT_EQ(stack.getTop(), b);  // left as found
+    EXPECT_EQ(star->match(nullptr, 0, nullptr), -1);
+    EXPECT_EQ(star->match("a", -1, nullptr), -1);
+    EXPECT_EQ(star->match("a", 2, nullptr), -1);
 }
