@@ -22,28 +22,22 @@ using talvo_test::writeFile;
 const std::string Header = "<?xml version=\"1.0\"?>\n";
 
 // A parser whose reports go to errors.txt; report() deletes it and returns them.
-class Reporting {
-public:
+struct Reporting {
+    FILE* errors = std::fopen("errors.txt", "wb");
+    TalvoXMLParser* parser = new TalvoXMLParser();
     explicit Reporting(const char* name = nullptr) {
-        parser->setErrorFile(errors_);
+        parser->setErrorFile(errors);
         parser->setInputFileName(name);
     }
-    ~Reporting() { close(); }
+    ~Reporting() { report(); }
     std::string report() {
-        close();
-        return readFile("errors.txt");
-    }
-    TalvoXMLParser* parser = new TalvoXMLParser();
-
-private:
-    void close() {
         delete parser;
         parser = nullptr;
-        if (errors_)
-            std::fclose(errors_);
-        errors_ = nullptr;
+        if (errors)
+            std::fclose(errors);
+        errors = nullptr;
+        return readFile("errors.txt");
     }
-    FILE* errors_ = std::fopen("errors.txt", "wb");
 };
 
 // Parses the open file `in` into a fresh document, dropped afterwards.
