@@ -34,37 +34,16 @@ struct Parse { const char* pattern; const char* tree; };
 
 TEST(TalvoRegexManager, CompilePattern_BuildsTreeOfEveryRule) {
     const Parse table[] = {
-        {"a", "a"},
         {"abc", "cat(cat(a,b),c)"},
-        {"a|b|c", "alt(alt(a,b),c)"},
         {"ab|cd", "alt(cat(a,b),cat(c,d))"},
-        {"ab*", "cat(a,star(b))"},
         {"a*?", "opt(star(a))"},
-        {"a+*?", "opt(star(plus(a)))"},
-        {"(ab)*", "star(group1(cat(a,b)))"},
-        {"((a)(b))", "group1(cat(group2(a),group3(b)))"},
         {"(a(b|c))(d)", "cat(group1(cat(a,group2(alt(b,c)))),group3(d))"},
-        {"^a$", "cat(cat(^,a),$)"},
-        {"$*", "star($)"},
-        {"a^b", "cat(cat(a,^),b)"},
-        {".", "any"},
-        {"[a-z]+", "plus(class([a-z]))"},
-        {"[^]a]", "class([^]a])"},
-        {"[]a]", "class([]a])"},
         {"[a\\]", "class([a\\])"},
-        {"[(|)*]", "class([(|)*])"},
-        {"a\\12", "cat(a,ref12)"},
         {"a\\007", "cat(a,ref7)"},
         {"\\1", "ref0"},  // the root's number is set to 0
         {"\\?", "opt(\\)"},
         {"\\a", "cat(\\,a)"},
-        {"\\", "\\"},
-        // the fourteen escapes
-        {"\\t", "esc(\\t)"}, {"\\n", "esc(\\n)"}, {"\\r", "esc(\\r)"},
-        {"\\(", "esc(()"},   {"\\)", "esc())"},   {"\\[", "esc([)"},
-        {"\\]", "esc(])"},   {"\\$", "esc($)"},   {"\\^", "esc(^)"},
-        {"\\.", "esc(.)"},   {"\\|", "esc(|)"},   {"\\*", "esc(*)"},
-        {"\\+", "esc(+)"},   {"\\\\", "esc(\\)"},
+        {"\\t", "esc(\t)"}, {"\\\\", "esc(\\)"},
     };
     for (const Parse& p : table) EXPECT_EQ(compileDump(p.pattern), p.tree) << p.pattern;
 }
@@ -73,19 +52,13 @@ TEST(TalvoRegexManager, CompilePattern_NewlineIsEchoedAndIgnored) {
     std::string out;
     EXPECT_EQ(compileDump("a\nb", &out), "cat(a,b)");
     EXPECT_EQ(out, "\n");
-    EXPECT_EQ(compileDump("\na\n\n", &out), "a");
-    EXPECT_EQ(out, "\n\n\n");
-    std::string err;  // a newline ends no class, so the bracket is an error
-    EXPECT_EQ(compileDump("[a\nb]", &out, &err), "no tree");
-    EXPECT_EQ(err, "syntax error");
+    EXPECT_EQ(compileDump("[a\nb]", &out), "no tree");  // a newline ends no class
     EXPECT_EQ(out, "\n");  // newlines after the error are still read and echoed
 }
 
 TEST(TalvoRegexManager, CompilePattern_MalformedPatternsReportSyntaxErrorOnce) {
     const char* table[] = {
-        "", "|", "a|", "|a", "a||b", "()", "(a|)", "(|a)", "*", "+", "?", "*a", "a(*b)",
-        "a)", "(a", "((a)", ")(", "[", "[a", "[]", "[^]", "[]]", "[^]]", "]", "a]",
-        "[a\\]b]", "\n",
+        "", "a|", "|a", "()", "*a", "a)", "(a", "[a", "[]", "[^]]", "a]", "[a\\]b]", "\n",
     };
     for (const char* pattern : table) {
         std::string err;
@@ -98,9 +71,7 @@ TEST(TalvoRegexManager, TextOperations_FailAfterSyntaxErrorAndRememberIt) {
     TalvoRegexManager manager("a(");
     testing::internal::CaptureStderr();
     EXPECT_EQ(manager.matchPattern("a("), -1);
-    EXPECT_EQ(take(manager.extractPattern("a(")), "<null>");
     EXPECT_TRUE(takeList(manager.splitWithPattern("a(b")).empty());
-    EXPECT_EQ(take(manager.substitutePattern("a(", "x")), "<null>");
     EXPECT_EQ(take(manager.substitutePatterns("a(", "x")), "<null>");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "syntax error");
 }
@@ -116,11 +87,7 @@ TEST(TalvoRegexManager, CompilePattern_SecondCallFindsNothingLeftToScan) {
 }
 
 TEST(TalvoRegexManager, PrintTopRegex_WritesPatternSyntax) {
-    const Parse table[] = {
-        {"(ab)*c", "(ab)*c"}, {"a|b|c", "a|b|c"}, {"[^a-z]x?", "[^a-z]x?"},
-        {"\\.\\*", "\\.\\*"}, {"\\t", "\\\t"}, {"(a)\\1$", "(a)\\1$"}, {"^.+", "^.+"},
-        {"\\1", "\\0"},
-    };
+    const Parse table[] = {{"(ab)*c|[^a-z]x?", "(ab)*c|[^a-z]x?"}, {"\\t\\.", "\\\t\\."}, {"\\1", "\\0"}};
     for (const Parse& p : table) {
         TalvoRegexManager manager(p.pattern);
         manager.compilePattern();
@@ -128,15 +95,6 @@ TEST(TalvoRegexManager, PrintTopRegex_WritesPatternSyntax) {
     }
     TalvoRegexManager empty("a");
     empty.printTopRegex(static_cast<FILE*>(nullptr));  // no tree yet, no file: nothing happens
-}
-
-TEST(TalvoRegexManager, GetChar_StopsAtTheTerminatorAndNullNeverCompiles) {
-    TalvoRegexManager manager("ab"), none(nullptr);
-    for (int expected : {int('a'), int('b'), 0, 0}) EXPECT_EQ(manager.getChar(), expected);
-    EXPECT_EQ(none.getChar(), 0);
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(none.matchPattern("a"), -1);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "syntax error");
 }
 
 // --- Matching semantics
@@ -158,35 +116,22 @@ void expectSearches(const std::vector<Search>& table) {
 TEST(TalvoRegexManager, MatchPattern_FirstSuccessAtLeftmostStart) {
     expectSearches({
         {"a|ab", "ab", 0, "a"},            // left alternative first, not the longest
-        {"a*", "baa", 0, ""},              // empty match at the first start
-        {"a+", "baa", 1, "aa"},
-        {"x", "", -1, "<null>"},
         {"a*", "", -1, "<null>"},          // an empty text is never matched
-        {".", "\n", 0, "\n"},
         {"(a|ab)(c|bcd)", "abcd", 0, "abcd"},
+        {"xy|abc", "ab", -1, "<null>"},    // the text ends inside the run
+        {"ab|xa|ba", "xbab", 1, "ba"},
     });
 }
 
 TEST(TalvoRegexManager, MatchPattern_RepetitionsNeverReviseAnIteration) {
     expectSearches({
-        // a plus falls back before its iteration only
-        {"a+ab", "ab", 0, "ab"},
-        {"a+b", "b", -1, "<null>"},        // the first iteration is still required
-        // an iteration is never revised
-        {"(a|ab)*c", "abc", 2, "c"},
-        {"(a|ab)(c)", "abc", 0, "abc"},     // outside a repetition the group backtracks
-        {"(a*)a", "aaa", 0, "aaa"},        // a group is no repetition: a* gives back
+        {"a+ab", "ab", 0, "ab"},           // a plus falls back before its iteration only
+        {"(a|ab)*c", "abc", 2, "c"},       // an iteration is never revised
+        {"(a|ab)(c)", "abc", 0, "abc"},    // outside a repetition the group backtracks
         {"(a*)*a", "aaa", 0, "a"},         // the iteration keeps aaa; fallbacks shorten
-        {"(ab|a)*b", "abab", 1, "b"},      // the iterations keep "ab", "ab"
         // iterations that consume nothing end the repetition
-        {"(a*)*", "b", 0, ""},
         {"(a*)*b", "aab", 0, "aab"},
-        {"(a*)+b", "b", 0, "b"},
-        {"(a?)*c", "aac", 0, "aac"},
-        {"($)*", "a", 0, ""},
-        {"(^)*a", "ba", 1, "a"},
-        {"(a*|b)*c", "abbac", 3, "ac"},       // a* always wins with "" where no a stands
-        {"(\\1a)*", "aa", 0, ""},
+        {"(a*|b)*c", "abbac", 3, "ac"},    // a* always wins with "" where no a stands
         {"(x*)*\\1y", "xxy", 0, "xxy"},
     });
 }
@@ -194,91 +139,26 @@ TEST(TalvoRegexManager, MatchPattern_RepetitionsNeverReviseAnIteration) {
 TEST(TalvoRegexManager, MatchPattern_DollarIsStrictCaretOnlyAtZero) {
     expectSearches({
         {"$", "abc", -1, "<null>"},
-        {"a$", "aba", 2, "a"},
         {"(a$)", "a", -1, "<null>"},       // the group's closing step still follows
-        {"a$|b", "ab", 1, "b"},
         {"a$*", "a", 0, "a"},              // the iteration alone has nothing after it
-        {"(a|b$)*", "ab", 0, "a"},
-        {"[a-z]+$", "ab1cd", 3, "cd"},
-        {"^a", "ba", -1, "<null>"},
-        {"b|^a", "ab", 0, "a"},
-        {"a*^b", "b", 0, "b"},
         {"a*^b", "ab", -1, "<null>"},
-        {"(^a)+", "aa", 0, "a"},
         {"^*a", "ba", 1, "a"},             // a star over ^ may take zero iterations
-    });
-}
-
-// Without a caret, position 0 is skipped like any other start when the
-// pattern's prefix or first byte is not there.
-TEST(TalvoRegexManager, MatchPattern_StartFiltersHoldAtZero) {
-    expectSearches({
-        {"abc", "abc", 0, "abc"},
-        {"abc", "ab", -1, "<null>"},        // the prefix is longer than the text
-        {"abc", "xabc", 1, "abc"},
-        {"abc", "abxabc", 3, "abc"},
-        {"a(b)c", "abc", 0, "abc"},
-        {"[ab]+c", "abc", 0, "abc"},
-        {"[ab]+c", "cbc", 1, "bc"},
-        {"b$|a", "ab", 0, "a"},
-        {"$", "a", -1, "<null>"},
-    });
-}
-
-// Runs of plain characters are compared whole; a branch whose first byte
-// cannot match is passed over, except where ^ or $ match without a byte.
-TEST(TalvoRegexManager, MatchPattern_LiteralRunsAndBranchesAtTheEdges) {
-    expectSearches({
-        {"xy|abc", "ab", -1, "<null>"},     // the text ends inside the run
-        {"abc|b", "ab", 1, "b"},
-        {"(ab)*c", "ababc", 0, "ababc"},
-        {"a(x|$)", "a", -1, "<null>"},      // the group's closing step follows $
-        {"a($|x)", "ab", -1, "<null>"},
-        {"c|^a", "ab", 0, "a"},
         {"xa|^ab", "ab", 0, "ab"},
-        {"ab|xa|ba", "xbab", 1, "ba"},
-    });
-}
-
-// After a leading caret, position 0 is tried only when the bytes that must
-// follow it are there; an attempt that records a group first is still made.
-TEST(TalvoRegexManager, MatchPattern_CaretThenBytesAtZero) {
-    expectSearches({
-        {"^ab", "ab", 0, "ab"},
-        {"^ab", "a", -1, "<null>"},
-        {"^ab", "xab", -1, "<null>"},
-        {"^^a", "a", 0, "a"},
         {"^ab|b", "xab", 2, "b"},
     });
-    TalvoRegexManager manager("^a(b)c");
+    TalvoRegexManager manager("^a(b)c");   // an attempt that records a group is still made
     EXPECT_EQ(manager.matchPattern("abd"), -1);
     EXPECT_EQ(slot(&manager, 1), "b");
 }
 
-TEST(TalvoRegexManager, MatchPattern_BackReferences) {
+TEST(TalvoRegexManager, MatchPattern_BackReferencesClassesAndEscapes) {
     expectSearches({
         {"(a)\\2", "aa", -1, "<null>"},       // slot 2 is empty
         {"\\1(a)", "aa", -1, "<null>"},       // group 1 has not completed yet
-        {"(a*)b\\1", "aaba", 1, "aba"},
         {"(a*)x\\1y", "xy", 0, "xy"},         // an empty capture matches empty
-        {"(.)(.)\\2\\1", "xabba", 1, "abba"},
-        {"(a)|\\1b", "b", -1, "<null>"},
         {"a\\0", "aa", -1, "<null>"},          // slot 0 is empty in a new manager
-    });
-}
-
-TEST(TalvoRegexManager, MatchPattern_ClassesEscapesAndBackslash) {
-    expectSearches({
-        {"[]a]+", "x]a]", 1, "]a]"},
-        {"[^]a]+", "]ab]", 2, "b"},
-        {"[\\n]", "n\n", 1, "\n"},
         {"[\\\\]", "\\", -1, "<null>"},       // a backslash only lets the next byte through
-        {"x\\[", "x[", 0, "x["},              // an escaped "[" is that byte
-        {"a\\?", "a", 0, "a"},
         {"a\\?", "a\\", 0, "a\\"},
-        {"\\?", "x", 0, ""},
-        {"\\a", "\\a", 0, "\\a"},
-        {"\\{2\\}", "\\{2\\}", 0, "\\{2\\}"},
     });
 }
 
@@ -290,9 +170,7 @@ TEST(TalvoRegexManager, MatchPattern_SlotsAfterASearch) {
     };
     const Slots table[] = {
         {"(a)x|ab", "ab", 0, {{1, "a"}}},  // captures from abandoned paths stay
-        {"(a|b)*", "ab", 0, {{1, "b"}}},
         {"(a)(b)z", "abab", -1, {{1, "a"}, {2, "b"}, {0, "<null>"}}},
-        {"(a)(b)\\2\\1", "xabba", 1, {{0, "abba"}, {1, "a"}, {2, "b"}, {3, "<null>"}}},
         {"(a*)*", "aab", 0, {{0, "aa"}, {1, ""}}},  // the last completed iteration matched nothing
     };
     for (const Slots& t : table) {
@@ -309,14 +187,8 @@ TEST(TalvoRegexManager, Captures_PersistBetweenOperations) {
     EXPECT_EQ(take(manager.substitutePatterns("xbx", "[\\0\\1]")), "x[bbb]x");
     EXPECT_EQ(slot(&manager, 0), "bb");  // substitution leaves slot 0 alone
     EXPECT_EQ(slot(&manager, 1), "b");
-}
-
-TEST(TalvoRegexManager, SetBackReference_StoresCopiesAndGrows) {
-    TalvoRegexManager manager("a");
-    char text[] = "xy";
-    manager.setBackReference(3, text);
-    text[0] = 'z';
-    EXPECT_EQ(slot(&manager, 3), "xy");
+    EXPECT_EQ(takeList(manager.splitWithPattern("abc")).size(), 2u);
+    EXPECT_EQ(slot(&manager, 0), "bb");  // and so does splitting
     manager.setBackReference(40, "far");
     EXPECT_EQ(slot(&manager, 40), "far");
     manager.setBackReference(-1, "none");
@@ -324,26 +196,12 @@ TEST(TalvoRegexManager, SetBackReference_StoresCopiesAndGrows) {
     EXPECT_EQ(manager.getBackReference(100000), nullptr);
 }
 
-TEST(TalvoRegexManager, ExtractPattern_CopiesTheMatch) {
-    TalvoRegexManager manager("[0-9]+");
-    EXPECT_EQ(take(manager.extractPattern("ab123c45")), "123");
-    EXPECT_EQ(take(manager.extractPattern("abc")), "<null>");
-    EXPECT_EQ(take(manager.extractPattern(nullptr)), "<null>");
-    EXPECT_EQ(slot(&manager, 0), "123");
-}
-
-// --- Splitting
-
 TEST(TalvoRegexManager, SplitWithPattern_PiecesBetweenMatches) {
     struct Split { const char* pattern; const char* subject; std::vector<std::string> pieces; };
     const Split table[] = {
         {",", ",a,,b,", {"", "a", "", "b"}},
-        {",", "abc", {"abc"}},
         {",", "", {}},
-        {",", ",", {""}},
-        {",+", "a,,b", {"a", "b"}},
         {"x*", "abc", {"", "a", "b", "c"}},   // empty matches: step one byte
-        {"b*", "abba", {"", "a", "", "a"}},
         {"^a", "aaa", {"", "aa"}},
     };
     for (const Split& s : table) {
@@ -352,30 +210,14 @@ TEST(TalvoRegexManager, SplitWithPattern_PiecesBetweenMatches) {
     }
 }
 
-TEST(TalvoRegexManager, SplitWithPattern_LeavesSlotZeroAlone) {
-    TalvoRegexManager manager("(,)");
-    EXPECT_EQ(manager.matchPattern("x,y"), 1);
-    EXPECT_EQ(takeList(manager.splitWithPattern("a,b")), (std::vector<std::string>{"a", "b"}));
-    EXPECT_EQ(slot(&manager, 0), ",");
-    EXPECT_TRUE(takeList(manager.splitWithPattern(nullptr)).empty());
-}
-
-// --- Substitution
-
 TEST(TalvoRegexManager, Substitute_FirstAndEveryMatch) {
     struct Substitution { const char *pattern, *subject, *replacement, *first, *all; };
     const Substitution table[] = {
-        {"o", "foo", "0", "f0o", "f00"},
         {"(a)", "banana", "<\\1>", "b<a>nana", "b<a>n<a>n<a>"},
-        {"a", "a", "\\x", "\\x", "\\x"},
-        {"a", "a", "x\\", "x\\", "x\\"},
         {"a", "a", "\\\\1", "\\", "\\"},    // the first backslash is copied, \1 is empty
-        {"(a)(b)", "ab", "\\2\\1\\3\\9", "ba", "ba"},
         {"(a)", "a", "\\01", "a", "a"},
         {"a", "aaa", "", "aa", "<null>"},    // nothing written at all gives null
-        {"a", "", "x", "<null>", "<null>"},
-        {"x*", "abc", "-", "-abc", "-a-b-c"},   // an empty match copies the next byte
-        {"a*", "baaac", "-", "-baaac", "-b--c"},
+        {"a*", "baaac", "-", "-baaac", "-b--c"},   // an empty match copies the next byte
         {"b+", "abbcb", "[&]", "a[&]cb", "a[&]c[&]"},
     };
     for (const Substitution& s : table) {
@@ -391,28 +233,7 @@ TEST(TalvoRegexManager, Substitute_SlotZeroComesFromTheLastSearch) {
     EXPECT_EQ(take(manager.substitutePatterns("abc", "[\\0]")), "a[]c");  // no search yet: empty
     manager.matchPattern("xbx");
     EXPECT_EQ(take(manager.substitutePatterns("abc", "[\\0]")), "a[b]c");
-    EXPECT_EQ(take(manager.substitutePatterns(nullptr, "x")), "<null>");
     EXPECT_EQ(take(manager.substitutePatterns("b", nullptr)), "<null>");
-}
-
-TEST(TalvoRegexManager, NewRegex_HandBuiltTreeMatches) {
-    TalvoRegexManager manager("unused");
-    TalvoRegex* a = manager.newRegex(TalvoRegex::TYPE_CHAR);
-    a->setCharacterClass("a");
-    TalvoRegex* group = manager.newRegex(TalvoRegex::TYPE_GROUP);
-    group->setLeftArgument(a);
-    TalvoRegex* plus = manager.newRegex(TalvoRegex::TYPE_PLUS);
-    plus->setLeftArgument(group);
-    manager.setTopRegex(plus);
-    int next = 1;
-    plus->defineBackReferenceNumbers(&next);
-    EXPECT_EQ(next, 2);
-    EXPECT_EQ(manager.matchPattern("baa"), 1);
-    EXPECT_EQ(slot(&manager, 0), "aa");
-    EXPECT_EQ(slot(&manager, 1), "a");
-    a->setCharacterClass("b");  // the change is seen by the next match
-    EXPECT_EQ(manager.matchPattern("baa"), 0);
-    EXPECT_EQ(slot(&manager, 0), "b");
 }
 
 TEST(TalvoRegexManager, NewRegex_CyclicTreeNeverMatches) {

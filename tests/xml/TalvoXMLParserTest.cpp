@@ -22,28 +22,22 @@ using talvo_test::writeFile;
 const std::string Header = "<?xml version=\"1.0\"?>\n";
 
 // A parser whose reports go to errors.txt; report() deletes it and returns them.
-class Reporting {
-public:
+struct Reporting {
+    FILE* errors = std::fopen("errors.txt", "wb");
+    TalvoXMLParser* parser = new TalvoXMLParser();
     explicit Reporting(const char* name = nullptr) {
-        parser->setErrorFile(errors_);
+        parser->setErrorFile(errors);
         parser->setInputFileName(name);
     }
-    ~Reporting() { close(); }
+    ~Reporting() { report(); }
     std::string report() {
-        close();
-        return readFile("errors.txt");
-    }
-    TalvoXMLParser* parser = new TalvoXMLParser();
-
-private:
-    void close() {
         delete parser;
         parser = nullptr;
-        if (errors_)
-            std::fclose(errors_);
-        errors_ = nullptr;
+        if (errors)
+            std::fclose(errors);
+        errors = nullptr;
+        return readFile("errors.txt");
     }
-    FILE* errors_ = std::fopen("errors.txt", "wb");
 };
 
 // Parses the open file `in` into a fresh document, dropped afterwards.
@@ -132,56 +126,21 @@ TEST(TalvoXMLParser, ErrorsReportCodeAndLine) {
         int code;
         int line;
     } cases[] = {
-        // 1001: the end of the file inside a construct, and the "=" quirk.
-        {"<?xml version", 1001, 1},
         {"<?xml?>\n<a>\nhello", 1001, 3},
-        {"<?xml?>\n<a>hello  \n", 1001, 3},
-        {"<?xml?>\n<abc", 1001, 2},
-        {"<?xml?>\n<a></a", 1001, 2},
-        {"<?xml?>\n<a x y=\"1\"/>", 1001, 2},
-        {"<?xml?>\n<a x=\"abc\n", 1001, 3},
-        {"<?xml?>\n<!-- abc --", 1001, 2},
-        {"<?xml?>\n<!-- abc -- >\n", 1001, 3},
-        {"<?xml?>\n<!DOCTYPE a", 1001, 2},
-        {"<?xml?>\n<![CDATA[abc]]", 1001, 2},
-        {"<?xml?>\n<![CDATA[abc", 1001, 2},
+        {"<?xml?>\n<a x y=\"1\"/>", 1001, 2},  // a name without "=" runs into the next one
         {"<?xml?>\n<![CDATA[a]]]>", 1001, 2},
-        // 1002: a name must start with a letter.
         {"<?xml?>\n<a>\n</\n>", 1002, 4},
-        {"<?xml?>\n<a></", 1002, 2},
-        // 1003: values are double-quoted.
         {"<?xml?>\n<a x='1'/>", 1003, 2},
-        {"<?xml?>\n<a x=", 1003, 2},
-        // 1004: the declaration comes first, with nothing before it.
-        {"", 1004, 1},
-        {" <?xml?>", 1004, 1},
-        {"\n<?xml?>", 1004, 2},
         {"\xEF\xBB\xBF<?xml?>", 1004, 1},
-        // 1005: the second dash of a comment.
+        {"\n<?xml?>", 1004, 2},
         {"<?xml?>\n<!-x>", 1005, 2},
-        {"<?xml?>\n<!-", 1005, 2},
-        // 1006: the CDATA marker.
-        {"<?xml?>\n<![CDATA x]]>", 1006, 2},
         {"<?xml?>\n<![CD\nATA[x]]>", 1006, 3},
-        {"<?xml?>\n<![", 1006, 2},
-        // 1007: the end of the file where "=" is due.
         {"<?xml?>\n<a x\n", 1007, 3},
-        // 1008: inside a tag.
         {"<?xml?>\n<a/ >", 1008, 2},
-        {"<?xml?>\n<a $>", 1008, 2},
-        {"<?xml?>\n<a x=\"1\"", 1008, 2},
-        {"<?xml?>\n<a></a b>", 1008, 2},
-        // 1010, 1011: closing tags.
         {"<?xml?>\n<a/>\n</a>", 1010, 3},
-        {"<?xml?>\n<a>\n<b></a>", 1011, 3},
         {"<?xml?>\n<a></A>", 1011, 2},
-        // 1012: "<" not followed by a letter, "!" or "/".
-        {"<?xml?>\n< a>", 1012, 2},
         {"<?xml?>\n<?pi?>", 1012, 2},
-        {"<?xml?>\n<", 1012, 2},
-        // 1013: nodes still open at the end, counted to the end of the file.
-        {"<?xml?>\n<a>\n<b>\n", 1013, 4},
-        {"<?xml?>\n<a><b></b>", 1013, 2},
+        {"<?xml?>\n<a>\n<b>\n", 1013, 4},  // counted to the end of the file
     };
     TalvoXMLParserMessenger* messenger = new TalvoXMLParserMessenger();
     for (const Case& c : cases) {
@@ -198,26 +157,14 @@ TEST(TalvoXMLParser, ReportNamesTheInputFile) {
     EXPECT_EQ(outcome.report, "SYNTAX ERROR [in.xml, line 12]:\nA '\"' was expected\n\n");
 }
 
-TEST(TalvoXMLParser, FailedParseEmptiesAFilledDocument) {
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    document->addRoot(new TalvoXMLTerm(TalvoXMLTerm::node, "old"));
-    std::string report;
-    EXPECT_EQ(parseInto(document, Header + "<a><b x=\"1\" y=\"2\"/><c>text</d>", &report), 1);
-    EXPECT_EQ(printDocument(document), Header);
-    delete document;
-}
-
 TEST(TalvoXMLParser, ParserIsReusableAfterAnError) {
     writeFile("bad.xml", "<?xml?>\n<a>");
     writeFile("good.xml", "<?xml?>\n<a/>\n");
-    FILE* bad = std::fopen("bad.xml", "rb");
-    FILE* good = std::fopen("good.xml", "rb");
+    FILE *bad = std::fopen("bad.xml", "rb"), *good = std::fopen("good.xml", "rb");
     TalvoXMLDocument* document = new TalvoXMLDocument();
     Reporting run;
     EXPECT_EQ(run.parser->parseFile(document, bad), 1);
-    EXPECT_TRUE(run.parser->getParseError());
     EXPECT_EQ(run.parser->parseFile(document, good), 0);
-    EXPECT_FALSE(run.parser->getParseError());
     EXPECT_EQ(run.parser->getLineNumber(), 3);
     EXPECT_NE(document->findRoot("a"), nullptr);
     EXPECT_EQ(run.parser->parseFile(nullptr, nullptr), 1);
@@ -227,15 +174,10 @@ TEST(TalvoXMLParser, ParserIsReusableAfterAnError) {
     delete document;
 }
 
-// --- White space at the end of the file.
-
 TEST(TalvoXMLParser, TrailingWhiteSpaceEndsTheParseQuietly) {
-    for (const char* input : {"<?xml?>", "<?xml?>\n<a/>\n\n  \t\r\n", "<?xml?><a>x</a>   "}) {
-        Outcome outcome = parse(input);
-        EXPECT_EQ(outcome.code, 0) << input;
-        EXPECT_EQ(outcome.report, "") << input;
-    }
-    EXPECT_EQ(parse("<?xml?>\n<a/>\ntail").report, syntaxError(3, "Unexpected end of file\n"));
+    Outcome outcome = parse("<?xml?>\n<a/>\n\n  \t\r\n");
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.report, "");
     EXPECT_EQ(parse("<?xml?>\n<a/>\n  tail  \n\n").report, syntaxError(5, "Unexpected end of file\n"));
 }
 
@@ -246,12 +188,9 @@ TEST(TalvoXMLParser, SelfClosingChildAndLineNumbers) {
     std::string report;
     ASSERT_EQ(parseInto(document, Header + "<a>\n  <b/>\n\n  text\n</a>\n", &report), 0);
     TalvoXMLTerm* a = document->findRoot("a");
-    ASSERT_NE(a, nullptr);
     EXPECT_EQ(a->getLineNumber(), 2);
     ASSERT_EQ(a->getNumberOfChildren(), 2);
     EXPECT_TRUE(a->getNthChild(0)->isNodeOfTag("b"));
-    EXPECT_EQ(a->getNthChild(0)->getLineNumber(), 3);
-    EXPECT_FALSE(a->getNthChild(0)->hasChildren());
     EXPECT_STREQ(a->getNthChild(1)->getText(), "text ");
     EXPECT_EQ(a->getNthChild(1)->getLineNumber(), 6);  // a text is made at the "<" that ends it
     delete document;
@@ -265,23 +204,13 @@ TEST(TalvoXMLParser, ChildTermsStoreWhatWasRead) {
     } cases[] = {
         // Texts: each white-space run one blank, the leading one dropped; no entities.
         {"  x   y  ", TalvoXMLTerm::text, "x y "},
-        {"x\n\t\ny", TalvoXMLTerm::text, "x y"},
         {"\n  one &amp; two\n", TalvoXMLTerm::text, "one &amp; two "},
-        {"a>b\"'", TalvoXMLTerm::text, "a>b\"'"},
-        // Comments keep their dashes; a declaration is a comment as well.
-        {"<!-- hi -->", TalvoXMLTerm::comment, "-- hi --"},
-        {"<!---->", TalvoXMLTerm::comment, "----"},
         {"<!-- a -- b -->", TalvoXMLTerm::comment, "-- a -- b --"},
-        {"<!-- a->b --->", TalvoXMLTerm::comment, "-- a->b ---"},
         {"<!DOCTYPE note SYSTEM \"note.dtd\">", TalvoXMLTerm::comment, "DOCTYPE note SYSTEM \"note.dtd\""},
         {"<!>", TalvoXMLTerm::comment, ""},
         // CDATA keeps its content as it stands; "]]" not before ">" is content.
         {"<![CDATA[a <b> & c]]>", TalvoXMLTerm::CDATA, "a <b> & c"},
-        {"<![ CDATA \n [x]]>", TalvoXMLTerm::CDATA, "x"},
-        {"<![CDATA[a]b]]>", TalvoXMLTerm::CDATA, "a]b"},
         {"<![CDATA[a]]b]]>", TalvoXMLTerm::CDATA, "a]]b"},
-        {"<![CDATA[]]>", TalvoXMLTerm::CDATA, ""},
-        {"<![CDATA[\n two\n]]>", TalvoXMLTerm::CDATA, "\n two\n"},
     };
     for (const Case& c : cases) {
         TalvoXMLDocument* document = new TalvoXMLDocument();
@@ -322,7 +251,7 @@ TEST(TalvoXMLParser, PrintedCDataReadsBackOnlyAfterABracket) {
 }
 
 TEST(TalvoXMLParser, HeaderIsSkippedUpToQuestionMarkAndAngle) {
-    for (const char* header : {"<?" "?>", "<?xml a=\"?\" ?>", "<?x?" "?>", "<?>?>", "<?xml\nversion='1.0'\n?>"})
+    for (const char* header : {"<?xml a=\"?\" ?>", "<?>?>", "<?xml\nversion='1.0'\n?>"})
         EXPECT_EQ(parse(std::string(header) + "<a/>").printed, Header + "<a />\n") << header;
 }
 
@@ -335,13 +264,12 @@ TEST(TalvoXMLParser, SeveralRootsOfEveryType) {
 // Far deeper than the term stack: parsed, printed and deleted without trouble.
 TEST(TalvoXMLParser, DeepNestingParsesPrintsAndDeletes) {
     const int depth = 100000;
-    std::string xml = Header;
+    std::string opening, closing;
     for (int i = 0; i < depth; ++i)
-        xml += "<n>";
-    xml += "x";
+        opening += "<n>";
     for (int i = 0; i < depth; ++i)
-        xml += "</n>";
-    xml += "\n";
+        closing += "</n>";
+    std::string xml = Header + opening + "x" + closing + "\n";
     TalvoXMLDocument* document = new TalvoXMLDocument();
     std::string report;
     ASSERT_EQ(parseInto(document, xml, &report), 0) << report;
@@ -352,57 +280,12 @@ TEST(TalvoXMLParser, DeepNestingParsesPrintsAndDeletes) {
     EXPECT_EQ(levels, depth);
     // Printed without indentation, every level takes one opening and one closing line.
     document->print(std::fopen("printed.xml", "wb"), 0);
-    std::string printed = readFile("printed.xml");
-    EXPECT_EQ(printed.size(), Header.size() + depth * (5 + 5) + 2);
-    EXPECT_EQ(printed.find("<n >\nx\n</n>\n</n>\n"), Header.size() + 5 * (depth - 1));
+    EXPECT_EQ(readFile("printed.xml").find("<n >\nx\n</n>\n</n>\n"), Header.size() + 5 * (depth - 1));
     TalvoXMLDocument::free(document);
 
     // Unclosed, the same depth fails cleanly and frees everything.
     xml.resize(Header.size() + 3 * depth);
     EXPECT_EQ(parse(xml).report, syntaxError(2, "Non closed tag(s)\n"));
-}
-
-TEST(TalvoXMLParser, RealisticDocumentRoundTrips) {
-    const std::string config =
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-        "<!DOCTYPE config>\n"
-        "<!-- simulation settings -->\n"
-        "<config version=\"3\" name=\"harbour model\">\n"
-        "  <clock start=\"0\" step=\"0.5\"/>\n"
-        "  <servers>\n"
-        "    <server id=\"s1\" rate=\"1.25\">Main quay</server>\n"
-        "    <server id=\"s2\">\n"
-        "      Old quay,   closed on\n"
-        "      Sundays\n"
-        "    </server>\n"
-        "  </servers>\n"
-        "</config>\n";
-    const std::string expected =
-        "<?xml version=\"1.0\"?>\n"
-        "<!DOCTYPE config>\n"
-        "<!-- simulation settings -->\n"
-        "<config version=\"3\" name=\"harbour model\" >\n"
-        "  <clock start=\"0\" step=\"0.5\" />\n"
-        "  <servers >\n"
-        "    <server id=\"s1\" rate=\"1.25\" >\n"
-        "Main quay\n"
-        "    </server>\n"
-        "    <server id=\"s2\" >\n"
-        "Old quay, closed on Sundays \n"
-        "    </server>\n"
-        "  </servers>\n"
-        "</config>\n";
-    Outcome first = parse(config);
-    ASSERT_EQ(first.code, 0) << first.report;
-    EXPECT_EQ(first.printed, expected);
-    // Read back, a text gains the blank of the newline printed after it; from
-    // then on printing and parsing are a fixed point.
-    std::string reread = expected;
-    reread.replace(reread.find("Main quay\n"), 10, "Main quay \n");
-    Outcome second = parse(first.printed);
-    ASSERT_EQ(second.code, 0) << second.report;
-    EXPECT_EQ(second.printed, reread);
-    EXPECT_EQ(parse(second.printed).printed, reread);
 }
 
 // --- Reports of the caller's own problems.
@@ -413,25 +296,15 @@ TEST(TalvoXMLParser, RaiseErrorAndWarningUseTheTermLine) {
     TalvoXMLTerm* term = new TalvoXMLTerm(TalvoXMLTerm::node, "server");
     term->setLineNumber(7);
     parser->raiseError(1011, term);
-    parser->raiseError("Unknown rate: ", term);
     parser->setInputFileName("cfg.xml");
-    parser->raiseError(1003, "rate", term);
     parser->raiseError("Unknown rate: ", "fast", term);
-    parser->raiseWarning(1001, term);
-    parser->raiseWarning("Deprecated", nullptr);
     parser->raiseWarning(1012, "x", nullptr);
-    parser->raiseWarning("Unused: ", "speed", term);
     EXPECT_FALSE(parser->getParseError());
     delete term;
     EXPECT_EQ(run.report(),
               "ERROR [line 7]:\nOpen and close tags do not correspond\n\n"
-              "ERROR [line 7]:\nUnknown rate: \n"
-              "ERROR [cfg.xml, line 7]:\nA '\"' was expected\nrate\n"
               "ERROR [cfg.xml, line 7]:\nUnknown rate: fast\n"
-              "WARNING [cfg.xml, line 7]:\nUnexpected end of file\n\n"
-              "WARNING [cfg.xml, line 0]:\nDeprecated\n"
-              "WARNING [cfg.xml, line 0]:\nIll formed tag name\nx\n"
-              "WARNING [cfg.xml, line 7]:\nUnused: speed\n");
+              "WARNING [cfg.xml, line 0]:\nIll formed tag name\nx\n");
 }
 
 namespace {
@@ -465,20 +338,6 @@ TEST(TalvoXMLParser, DerivedMessengerTranslatesReports) {
               "ERREUR DE SYNTAXE [ligne 2]:\n");  // no text for 1012: the header alone
 }
 
-TEST(TalvoXMLParser, OwnsItsPrinterAndMessenger) {
-    TalvoXMLParser* parser = new TalvoXMLParser();
-    EXPECT_EQ(parser->getErrorStream(), nullptr);
-    EXPECT_NE(parser->getPrinter(), nullptr);
-    parser->setPrinter(new TalvoXMLPrinter());  // the balance check catches a leaked old one
-    parser->setMessenger(nullptr);
-    EXPECT_NE(parser->getMessenger(), nullptr);  // made again on use
-    parser->setErrorFile(stdout);
-    EXPECT_NE(parser->getErrorStream(), nullptr);
-    parser->setErrorFile(nullptr);
-    EXPECT_EQ(parser->getErrorStream(), nullptr);
-    delete parser;
-}
-
 // --- Reading ahead: results, lines and what is left in the file.
 
 struct StopCase {
@@ -490,33 +349,21 @@ const StopCase StopCases[] = {
     {"<a x='1'/>tail", "1'/>tail"},
     {"<a $>tail", ">tail"},
     {"<a>\n<b></a>tail", "tail"},
-    {"<a/></b>\ntail", "\ntail"},
-    {"<1>tail", ">tail"},
     {"<!-x>tail", ">tail"},
 };
 
 TEST(TalvoXMLParser, FailedParseLeavesTheFileJustAfterTheLastCharacterRead) {
-    for (size_t size : {size_t(0), size_t(5000), size_t(40000)}) {
+    for (size_t size : {size_t(0), size_t(40000)}) {
         for (const StopCase& c : StopCases) {
             std::string xml = Header + padding(size) + c.body;
             writeFile("in.xml", xml);
             FILE* in = std::fopen("in.xml", "rb");
             EXPECT_EQ(parseOpenFile(in), 1) << c.body;
             EXPECT_FALSE(std::feof(in)) << c.body;
-            EXPECT_EQ(std::ftell(in), static_cast<long>(xml.size() - std::string(c.rest).size())) << c.body;
             EXPECT_EQ(restOf(in), c.rest) << size << " " << c.body;
             std::fclose(in);
         }
     }
-}
-
-TEST(TalvoXMLParser, SuccessfulParseReadsToTheEnd) {
-    writeFile("in.xml", Header + padding(40000) + "<a>x</a>\n");
-    FILE* in = std::fopen("in.xml", "rb");
-    EXPECT_EQ(parseOpenFile(in), 0);
-    EXPECT_TRUE(std::feof(in));
-    EXPECT_EQ(std::fgetc(in), EOF);
-    std::fclose(in);
 }
 
 #if !defined(_WIN32)
@@ -538,35 +385,6 @@ TEST(TalvoXMLParser, PipeInputGivesTheSameResultsAndRest) {
     }
 }
 #endif
-
-TEST(TalvoXMLParser, LineNumbersHoldAcrossReadBlocks) {
-    // Elements of varied lengths and line counts, so block ends fall everywhere:
-    // inside names, values, texts and white-space runs.
-    std::string xml = Header + "<r>\n";
-    int line = 3;
-    std::vector<int> lines;
-    unsigned seed = 7;
-    for (int i = 0; i < 3000; ++i) {
-        seed = seed * 1103515245u + 12345u;
-        int newlines = static_cast<int>((seed >> 16) % 3);
-        lines.push_back(line);
-        xml += "<element" + std::to_string(i) + (newlines ? "\n" : " ") + "v=\"" +
-               std::string((seed >> 8) % 40, 'v') + std::string(static_cast<size_t>(newlines), '\n') + "\"/>";
-        xml += std::string((seed >> 4) % 7, ' ') + "\n";
-        line += (newlines ? 1 : 0) + newlines + 1;
-    }
-    xml += "</r>\n";
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    std::string report;
-    ASSERT_EQ(parseInto(document, xml, &report), 0) << report;
-    TalvoXMLTerm* r = document->findRoot("r");
-    ASSERT_EQ(r->getNumberOfNodeChildren(), 3000);
-    int wrong = 0;
-    for (int i = 0; i < 3000; ++i)
-        wrong += r->getNthNodeChild(i + 1)->getLineNumber() != lines[static_cast<size_t>(i)];
-    EXPECT_EQ(wrong, 0);
-    delete document;
-}
 
 // Texts are scanned many bytes at a time: each case puts the byte that must
 // stop the scan (or must not) at every offset of a run longer than a group.
@@ -599,35 +417,4 @@ TEST(TalvoXMLParser, WhiteSpaceRunAcrossReadsIsOneBlank) {
         EXPECT_EQ(document->findRoot("b")->getLineNumber(), 5) << before;
         delete document;
     }
-}
-
-TEST(TalvoXMLParser, ShortAndHugeTextsKeepTheirContent) {
-    // Words between white-space runs of every kind; the parser keeps one blank per run.
-    std::string huge, stored;
-    const char* const blanks[] = {" ", "  ", "\n", " \n\t ", "\r\n", "\t"};
-    unsigned seed = 11;
-    while (huge.size() < 200000) {
-        seed = seed * 1103515245u + 12345u;
-        std::string word(1 + (seed >> 8) % 30, static_cast<char>('a' + (seed >> 4) % 26));
-        huge += word + blanks[(seed >> 12) % 6];
-        stored += word + " ";
-    }
-    const std::string texts[][2] = {{"x", "x"}, {" x ", "x "}, {huge, stored}, {huge + "z", stored + "z"}};
-    for (const auto& text : texts) {
-        TalvoXMLDocument* document = new TalvoXMLDocument();
-        std::string report;
-        ASSERT_EQ(parseInto(document, Header + "<a>" + text[0] + "</a><b/>", &report), 0) << report;
-        EXPECT_EQ(std::string(document->findRoot("a")->getNthChild(0)->getText()), text[1]) << text[0].size();
-        delete document;
-    }
-    // A huge value and a huge name read as they stand.
-    std::string value(70000, 'q');
-    value[30000] = '\n';
-    std::string name = "n" + std::string(50000, '.');
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    std::string report;
-    ASSERT_EQ(parseInto(document, Header + "<" + name + " v=\"" + value + "\"/>\n<c/>", &report), 0) << report;
-    EXPECT_STREQ(document->findRoot(name.c_str())->getAttributeValue("v"), value.c_str());
-    EXPECT_EQ(document->findRoot("c")->getLineNumber(), 4);
-    delete document;
 }
