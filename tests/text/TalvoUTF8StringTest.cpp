@@ -30,21 +30,6 @@ void releaseKeptShare(const TalvoUTF8String& holder) {
 
 }  // namespace
 
-TEST(TalvoUTF8String, Editing_ChainsLikeTheBuffer) {
-    TalvoUTF8String s;
-    EXPECT_TRUE(s.isEmpty());
-    EXPECT_EQ(s.getReferenceCounter(), 1);
-    s.append("ac").insert(1, 'b').append('\xe9').append(TalvoUTF8Char(0xE2, 0x82, 0xAC, 0));
-    EXPECT_EQ(textOf(s), "abc\xc3\xa9\xe2\x82\xac");
-    EXPECT_EQ(s.getLength(), 5);
-    s.remove(0).insert(0, "xy").insert(9, TalvoUTF8Char('q'));
-    EXPECT_EQ(textOf(s), "xybc\xc3\xa9\xe2\x82\xac");
-    s.append(s);
-    EXPECT_EQ(s.getLength(), 12);
-    s.clear();
-    EXPECT_TRUE(s.isEmpty());
-}
-
 // A copy shares the buffer until any edit, even one that changes nothing.
 TEST(TalvoUTF8String, EachEdit_PrivatizesSharedBuffer) {
     struct Edit {
@@ -53,8 +38,6 @@ TEST(TalvoUTF8String, EachEdit_PrivatizesSharedBuffer) {
         const char* result;
     } edits[] = {
         {"append", [](TalvoUTF8String& s) { s.append("z"); }, "abz"},
-        {"insert", [](TalvoUTF8String& s) { s.insert(0, 'z'); }, "zab"},
-        {"remove", [](TalvoUTF8String& s) { s.remove(0); }, "b"},
         {"clear", [](TalvoUTF8String& s) { s.clear(); }, ""},
         {"out-of-range remove", [](TalvoUTF8String& s) { s.remove(7); }, "ab"},
     };
@@ -69,15 +52,6 @@ TEST(TalvoUTF8String, EachEdit_PrivatizesSharedBuffer) {
         EXPECT_EQ(copy.getReferenceCounter(), 1) << e.name;
         EXPECT_EQ(original.getReferenceCounter(), 1) << e.name;
     }
-}
-
-TEST(TalvoUTF8String, AppendString_FromSharedPartner) {
-    TalvoUTF8String a;
-    a.append("ab");
-    TalvoUTF8String b(a);
-    b.append(a);
-    EXPECT_EQ(textOf(b), "abab");
-    EXPECT_EQ(textOf(a), "ab");
 }
 
 TEST(TalvoUTF8String, Assignment_KeepsShareHeldBefore) {
