@@ -47,15 +47,6 @@ TEST(TalvoCharBuffer, AppendNumbers_UsesIntAndShortestDoubleFormats) {
     EXPECT_STREQ(buffer.getString(), "-42 0.1 1.23457e+06");
 }
 
-TEST(TalvoCharBuffer, PopChar_LeavesTerminatorInPlace) {
-    TalvoCharBuffer buffer("ab");
-    EXPECT_EQ(buffer.popChar(), 'b');
-    EXPECT_EQ(buffer.getLength(), 1);
-    EXPECT_STREQ(buffer.getString(), "ab");  // shown until the next append
-    buffer.pushChar('c');
-    EXPECT_STREQ(buffer.getString(), "ac");
-}
-
 TEST(TalvoCharBuffer, ComputeKey_WeightsRunOddThenMinusOneAtThirty) {
     struct Case {
         std::string text;
