@@ -27,14 +27,6 @@ void expectEntries(const TalvoBinTable& t, const std::vector<Entry>& expected) {
 
 }  // namespace
 
-TEST(TalvoBinTable, AddValue_SeventhValueShrinksToTwoBins) {
-    TalvoBinTable t(2, 3);
-    addValues(t, {6, 5, 4, 3, 2, 1});
-    t.addValue(10);
-    expectEntries(t, {{2, 3}, {5, 3}, {10, 1}});
-    EXPECT_EQ(7.0, t.getWeight());
-}
-
 TEST(TalvoBinTable, Shrink_CarriesPartialWeightToNextBin) {
     TalvoBinTable t(2, 3);
     addValues(t, {6, 5, 4, 3, 2, 1, 10, 0, 0, 0, 20});

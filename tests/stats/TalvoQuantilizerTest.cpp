@@ -45,17 +45,6 @@ TEST(TalvoQuantilizer, Constructor_OneBufferCountsAsTwo) {
     delete q;
 }
 
-TEST(TalvoQuantilizer, AddValue_NinthValueCollapsesBothBuffers) {
-    TalvoQuantilizer* q = new TalvoQuantilizer(2, 4);
-    addValues(q, {4, 3, 2, 1, 8, 7, 6, 5});
-    q->addValue(9);
-    const TalvoQuantileTable* collapsed = q->getTable(1);
-    EXPECT_EQ("2 4 6 8", text(collapsed));
-    EXPECT_EQ(2, collapsed->getWeight());
-    EXPECT_EQ("9", text(q->getTable(2)));
-    delete q;
-}
-
 TEST(TalvoQuantilizer, CollapseRightBuffers_IncludesLowerLevelWhereScanStops) {
     TalvoQuantilizer* q = new TalvoQuantilizer(3, 2);
     for (int v = 1; v <= 11; ++v)

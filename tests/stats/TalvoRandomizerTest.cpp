@@ -231,7 +231,5 @@ TEST(TalvoRandomizer, Base_DrawsNothingAndNeverHangs) {
     TalvoRandomizer r;
     EXPECT_EQ(nullptr, r.copy());
     EXPECT_EQ(0, r.draw());
-    EXPECT_EQ(0.0, r.uniformDraw());
-    EXPECT_EQ(0.0, r.normalDraw());
     EXPECT_EQ(0.0, r.exponentialDraw());
 }
