@@ -53,24 +53,11 @@ TEST(TalvoTimer, TwoIntervalsAccumulate) {
     timer.stopAt(11, 6200);
     EXPECT_EQ(2400, timer.getAccumulatedTicks());
     EXPECT_EQ(2.0, timer.getAccumulatedSeconds());
-    EXPECT_EQ("2.40", text(timer));
     SetTimer twice;  // stopping twice counts the interval twice
     twice.resetAt(0, 0);
     twice.stopAt(0, 100);
     twice.stopAt(0, 100);
     EXPECT_EQ(200, twice.getAccumulatedTicks());
-}
-
-TEST(TalvoTimer, ResetClearsTotalsStartKeepsThem) {
-    SetTimer timer;
-    timer.resetAt(0, 0);
-    timer.stopAt(5, 700);
-    timer.startAt(5, 700);
-    timer.resetAt(9, 900);
-    EXPECT_EQ(0, timer.getAccumulatedTicks());
-    timer.stopAt(10, 950);
-    EXPECT_EQ(50, timer.getAccumulatedTicks());
-    EXPECT_EQ(1.0, timer.getAccumulatedSeconds());
 }
 
 TEST(TalvoTimer, NamesCompareByUnsignedBytesNullFirst) {

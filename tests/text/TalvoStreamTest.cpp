@@ -33,11 +33,9 @@ std::string written(Write write) {
 // A reading file stream over a file of its own holding `content`; closed at
 // the end, which is a second close when the test closed it already.
 struct Reader : TalvoFileStream {
-    std::string path;
-    explicit Reader(const std::string& content, std::string name = "in.txt")
-        : TalvoFileStream(true, nullptr), path(std::move(name)) {
-        talvo_test::writeFile(path.c_str(), content);
-        setFile(std::fopen(path.c_str(), "rb"));
+    explicit Reader(const std::string& content) : TalvoFileStream(true, nullptr) {
+        talvo_test::writeFile("in.txt", content);
+        setFile(std::fopen("in.txt", "rb"));
     }
     ~Reader() override { close(); }
 };
