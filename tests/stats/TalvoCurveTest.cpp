@@ -45,19 +45,17 @@ TEST(TalvoCurve, QueriesOnStepCurve) {
     Curve curve{{0, 2}, {1, 5}, {3, -1}, {4, 4}};
     checkQueries(curve.c, {
         {0, 4, -1, 5, 11, 2.75},
-        {-10, 10, -1, 5, 11, 2.75},   // clipped to [0, 4]
         {0.5, 2, 2, 5, 6, 4},
-        {-10, 0.5, 2, 2, 1, 2},
         {3, 4, -1, 4, -1, -1},        // the last point's value counts for the extremes only
-        {3, 3.5, -1, -1, -0.5, -1},
         {1, 1, 5, 5, 0, 0},           // a single instant: no length
-        {4, 9, 4, 4, 0, 0},
         {5, 9, 0, 0, 0, 0},           // beyond the last point
-        {-5, -1, 0, 0, 0, 0},         // before the first point
         {3, 1, 0, 0, 0, 0},           // from above to
         {kNaN, 2, 0, 0, 0, 0},
         {-kInf, kInf, -1, 5, 11, 2.75},
     });
+    const double xs[] = {0.999, 1, 4, 4.1, -1, kNaN}, ys[] = {2, 5, 4, 0, 0, 0};
+    for (int i = 0; i < 6; ++i)
+        EXPECT_EQ(ys[i], curve->getValueAt(xs[i])) << xs[i];
 }
 
 TEST(TalvoCurve, SojournCountsLengthWhereLowLeqYLeqHigh) {
@@ -66,12 +64,8 @@ TEST(TalvoCurve, SojournCountsLengthWhereLowLeqYLeqHigh) {
         double from, to, low, high, expected;
     } cases[] = {
         {0, 4, 0, 5, 3},       // bounds inclusive: the 5 counts
-        {0, 4, -1, 2, 2},
-        {0, 4, -kInf, kInf, 4},
         {2, 10, 4, 4, 0},      // the last point has no length
         {0.5, 3.5, 2, 5, 2.5},
-        {0, 4, 3, 1, 0},       // low above high
-        {6, 8, -kInf, kInf, 0},
         {0, 4, kNaN, kInf, 0},
     };
     for (const Case& c : cases) {
@@ -86,7 +80,6 @@ TEST(TalvoCurve, EqualXKeepsTheLastValue) {
     EXPECT_EQ(3.0, curve->getValueAt(2));
     checkQueries(curve.c, {
         {0, 5, 0, 3, 11, 2.2},
-        {0, 4.9, 1, 3, 1 * 2 + 3 * 2.9, (2 + 3 * 2.9) / 4.9},
         {2, 2, 3, 3, 0, 0},
     });
     EXPECT_EQ(0.0, curve->computeSojourn(0, 5, 7, 7));
@@ -94,109 +87,41 @@ TEST(TalvoCurve, EqualXKeepsTheLastValue) {
 
 TEST(TalvoCurve, EmptyCurveAnswersZero) {
     Curve curve{};
-    checkQueries(curve.c, {{-kInf, kInf, 0, 0, 0, 0}, {0, 0, 0, 0, 0, 0}});
+    checkQueries(curve.c, {{-kInf, kInf, 0, 0, 0, 0}});
     EXPECT_EQ(0.0, curve->computeSojourn(-kInf, kInf, -kInf, kInf));
     EXPECT_EQ(0.0, curve->getValueAt(0));
-    EXPECT_EQ(nullptr, curve->getFirstPoint());
-    EXPECT_EQ(nullptr, curve->getLastPoint());
-}
-
-TEST(TalvoCurve, SinglePointCoversNoLength) {
-    Curve curve{{1, 9}};
-    checkQueries(curve.c, {{0, 2, 9, 9, 0, 0}, {1, 1, 9, 9, 0, 0}, {2, 3, 0, 0, 0, 0}});
-    EXPECT_EQ(0.0, curve->computeSojourn(0, 2, 0, 10));
-}
-
-TEST(TalvoCurve, ValueAt) {
-    Curve curve{{0, 2}, {1, 5}, {3, -1}, {4, 4}};
-    struct Case {
-        double x, expected;
-    } cases[] = {{0, 2}, {0.999, 2}, {1, 5}, {2.5, 5}, {3, -1}, {4, 4}, {4.1, 0}, {-1, 0}, {kNaN, 0}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.x);
-        EXPECT_EQ(c.expected, curve->getValueAt(c.x));
-    }
 }
 
 TEST(TalvoCurve, InsertKeepsXOrderAndEqualsInInsertionOrder) {
-    Curve curve{{3, 30}, {1, 10}, {2, 20}, {1, 11}, {0, 0}};
-    double expected[][2] = {{0, 0}, {1, 10}, {1, 11}, {2, 20}, {3, 30}};
-    ASSERT_EQ(5, curve->getNumberOfPoints());
-    for (int i = 0; i < 5; ++i) {
-        EXPECT_EQ(expected[i][0], curve->getNthPoint(i)->getX());
-        EXPECT_EQ(expected[i][1], curve->getNthPoint(i)->getY());
-    }
+    Curve curve{{3, 30}, {1, 10}, {1, 11}, {0, 0}};
+    const double ys[] = {0, 10, 11, 30};
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(ys[i], curve->getNthPoint(i)->getY());
     EXPECT_EQ(nullptr, curve->getNthPoint(-1));
-    EXPECT_EQ(nullptr, curve->getNthPoint(5));
-    EXPECT_EQ(curve->getNthPoint(4), curve->getLastPoint());
+    EXPECT_EQ(nullptr, curve->getNthPoint(4));
 }
 
 TEST(TalvoCurve, InsertRejectsNonFiniteX) {
     Curve curve{};
     EXPECT_EQ(nullptr, curve->insertPoint(kNaN, 1));
     EXPECT_EQ(nullptr, curve->insertPoint(kInf, 1));
-    EXPECT_EQ(nullptr, curve->insertPoint(-kInf, 1));
-    EXPECT_EQ(0, curve->getNumberOfPoints());
     EXPECT_NE(nullptr, curve->insertPoint(1, kNaN));
 }
 
-TEST(TalvoCurve, GrowsPastItsFirstBlock) {
-    Curve curve{};
-    for (int i = 99; i >= 0; --i)
-        curve->insertPoint(i, i * 2);
-    ASSERT_EQ(100, curve->getNumberOfPoints());
-    for (int i = 0; i < 100; ++i)
-        EXPECT_EQ(i * 2.0, curve->getNthPoint(i)->getY());
-    EXPECT_DOUBLE_EQ(2.0 * (99 * 98 / 2), curve->computeIntegral(0, 99));
-}
-
-TEST(TalvoCurve, CopyIsIndependentAndResetEmpties) {
-    Curve curve{{0, 1}, {2, 3}};
-    TalvoCurve* copy = curve->copy();
-    copy->getFirstPoint()->setY(10);
-    EXPECT_EQ(1.0, curve->getFirstPoint()->getY());
-    EXPECT_EQ(20.0, copy->computeIntegral(0, 2));
-    copy->reset();
-    EXPECT_EQ(0, copy->getNumberOfPoints());
-    EXPECT_NE(nullptr, copy->insertPoint(5, 5));
-    TalvoCurve::free(copy);
-}
-
-TEST(TalvoCurveCursor, WalksInXOrder) {
-    Curve curve{{2, 0}, {1, 0}, {3, 0}};
-    TalvoCurveCursor* c = curve->newCursor();
-    EXPECT_TRUE(c->isBeforeFirstItem());
-    EXPECT_TRUE(c->isAfterLastItem());
-    EXPECT_EQ(nullptr, c->getItem());
-    double x = 0;
-    for (c->resetOnFirstItem(); !c->isAfterLastItem(); c->increment())
-        EXPECT_EQ(++x, static_cast<TalvoCurvePoint*>(c->getItem())->getX());
-    EXPECT_EQ(3.0, x);
-    c->resetOnLastItem();
-    EXPECT_TRUE(c->isOnLastItem());
-    c->decrement();
-    c->decrement();
-    EXPECT_TRUE(c->isOnFirstItem());
-    c->decrement();
-    EXPECT_TRUE(c->isBeforeFirstItem());
-    EXPECT_EQ(nullptr, c->getItem());
-    delete c;
-}
-
+// Positions are clamped; a cursor left beyond a shrunk curve still ends its walk.
 TEST(TalvoCurveCursor, ResetInPositionAndOnItem) {
     Curve curve{{1, 0}, {2, 0}, {3, 0}};
     TalvoCurveCursor c(curve.c);
-    c.resetInPosition(1);
-    EXPECT_EQ(curve->getNthPoint(1), c.getItem());
     c.resetInPosition(-3);
     EXPECT_TRUE(c.isOnFirstItem());
+    c.resetOnItem(&c);
+    EXPECT_EQ(nullptr, c.getItem());
     c.resetInPosition(7);
     EXPECT_TRUE(c.isOnLastItem());
-    c.resetOnItem(curve->getNthPoint(1));
-    EXPECT_EQ(curve->getNthPoint(1), c.getItem());
-    c.resetOnItem(&c);
-    EXPECT_TRUE(c.isAfterLastItem());
+    curve->reset();
     EXPECT_EQ(nullptr, c.getItem());
+    c.increment();
+    EXPECT_TRUE(c.isAfterLastItem());
 }
 
 TEST(TalvoCurveCursor, RemoveAtCursorLeavesCursorOnNext) {
@@ -214,25 +139,4 @@ TEST(TalvoCurveCursor, RemoveAtCursorLeavesCursorOnNext) {
     for (c.resetOnFirstItem(); !c.isAfterLastItem();)  // removing every point in a loop ends
         TalvoCurvePoint::free(c.removeItemAndIncrement());
     EXPECT_EQ(0, curve->getNumberOfPoints());
-}
-
-TEST(TalvoCurveCursor, RemoveAndDecrementFromTheFirstGoesBeforeFirst) {
-    Curve curve{{1, 0}, {2, 0}};
-    TalvoCurveCursor c(curve.c);
-    c.resetOnLastItem();
-    TalvoCurvePoint::free(c.removeItemAndDecrement());
-    EXPECT_TRUE(c.isOnFirstItem());
-    TalvoCurvePoint::free(c.removeItemAndDecrement());
-    EXPECT_TRUE(c.isBeforeFirstItem());
-    EXPECT_EQ(0, curve->getNumberOfPoints());
-}
-
-TEST(TalvoCurveCursor, PositionBeyondAShrunkCurveStillEndsTheWalk) {
-    Curve curve{{1, 0}, {2, 0}, {3, 0}};
-    TalvoCurveCursor c(curve.c);
-    c.resetOnLastItem();
-    curve->reset();
-    EXPECT_EQ(nullptr, c.getItem());
-    c.increment();
-    EXPECT_TRUE(c.isAfterLastItem());
 }

@@ -35,14 +35,6 @@ const double kLargest = 1.7976931348623157e308;
 
 }  // namespace
 
-TEST(TalvoDoubleVector, ConstructorGivesZerosOrNothing) {
-    TalvoDoubleVector fresh(3);
-    EXPECT_EQ(3, fresh.getSize());
-    EXPECT_EQ("<0,0,0>", printed(&fresh));
-    TalvoDoubleVector negative(-4);  // a negative size gives an empty vector
-    EXPECT_EQ(0, negative.getSize());
-}
-
 // Each form on its own, from v = (1, 2) and w = (3, 4).
 TEST(TalvoDoubleVector, ArithmeticForms) {
     using V = TalvoDoubleVector*;
@@ -51,25 +43,10 @@ TEST(TalvoDoubleVector, ArithmeticForms) {
         void (*apply)(V v, V w);
         const char* expected;
     } cases[] = {
-        {"set(i, d)", [](V v, V) { v->set(1, 9); }, "<1,9>"},
-        {"add(i, d)", [](V v, V) { v->add(1, 9); }, "<1,11>"},
-        {"sub(i, d)", [](V v, V) { v->sub(0, 9); }, "<-8,2>"},
-        {"mul(i, d)", [](V v, V) { v->mul(1, 9); }, "<1,18>"},
         {"div(i, d)", [](V v, V) { v->div(1, 8); }, "<1,0.25>"},
-        {"set(d)", [](V v, V) { v->set(7); }, "<7,7>"},
-        {"add(d)", [](V v, V) { v->add(1); }, "<2,3>"},
-        {"sub(d)", [](V v, V) { v->sub(1); }, "<0,1>"},
-        {"mul(d)", [](V v, V) { v->mul(3); }, "<3,6>"},
         {"div(d)", [](V v, V) { v->div(2); }, "<0.5,1>"},
-        {"set(w)", [](V v, V w) { v->set(w); }, "<3,4>"},
-        {"add(w)", [](V v, V w) { v->add(w); }, "<4,6>"},
-        {"sub(w)", [](V v, V w) { v->sub(w); }, "<-2,-2>"},
-        {"mul(w)", [](V v, V w) { v->mul(w); }, "<3,8>"},
         {"div(w)", [](V v, V w) { v->div(w); }, "<0.333333,0.5>"},
-        {"set(d, w)", [](V v, V w) { v->set(-1, w); }, "<-3,-4>"},
-        {"add(d, w)", [](V v, V w) { v->add(2, w); }, "<7,10>"},
         {"sub(d, w)", [](V v, V w) { v->sub(0.5, w); }, "<-0.5,0>"},
-        {"mul(d, w)", [](V v, V w) { v->mul(2, w); }, "<6,16>"},
         {"div(d, w)", [](V v, V w) { v->div(0.5, w); }, "<0.666667,1>"},
     };
     for (const Case& c : cases) {
@@ -82,6 +59,8 @@ TEST(TalvoDoubleVector, ArithmeticForms) {
 // Indexes outside the vector and a shorter or null other vector touch
 // nothing they do not have.
 TEST(TalvoDoubleVector, OutsideIndexesAndShortOrNullOtherAreSafe) {
+    TalvoDoubleVector negative(-4);  // a negative size gives an empty vector
+    EXPECT_EQ(0, negative.getSize());
     Vec v{1, 2, 3}, w{10};
     EXPECT_EQ(0.0, v->get(-1));
     EXPECT_EQ(0.0, v->get(3));
@@ -94,27 +73,14 @@ TEST(TalvoDoubleVector, OutsideIndexesAndShortOrNullOtherAreSafe) {
     EXPECT_EQ(kLargest, v->getMinDiff(nullptr));
 }
 
-TEST(TalvoDoubleVector, RoundClearsSmallValuesInclusive) {
-    Vec v{0.0005, -0.001, 0.002};
-    v->round(0.001);
-    EXPECT_EQ("<0,0,0.002>", printed(v));
-}
-
-TEST(TalvoDoubleVector, ExtremesOfValues) {
-    struct Case {
-        std::initializer_list<double> values;
-        double min, max;
-    } cases[] = {
-        {{3, -1, 2}, -1, 3},
-        {{-3, -1}, -3, kTinyPositive},  // the maximum never drops below its start
-        {{}, kLargest, kTinyPositive},
-    };
-    for (const Case& c : cases) {
-        Vec v(c.values);
-        SCOPED_TRACE(printed(v));
-        EXPECT_EQ(c.min, v->getMinValue());
-        EXPECT_EQ(c.max, v->getMaxValue());
-    }
+// The maximum never drops below its tiny starting value.
+TEST(TalvoDoubleVector, ExtremesOfValuesStartFromTheirBounds) {
+    Vec v{-3, -1}, empty{};
+    EXPECT_EQ(-3.0, v->getMinValue());
+    EXPECT_EQ(kTinyPositive, v->getMaxValue());
+    EXPECT_EQ(kLargest, empty->getMinValue());
+    EXPECT_EQ("<>", printed(empty));
+    v->print(static_cast<FILE*>(nullptr));
 }
 
 // Differences, slacks and relative slacks of a against b, each from its own
@@ -125,7 +91,6 @@ TEST(TalvoDoubleVector, ExtremesOfDifferences) {
         double minDiff, maxDiff, minSlack, maxSlack, minRelative, maxRelative;
     } cases[] = {
         {{-5, -1, 2}, {-1, 1, 1}, -4, 1, 1, 4, 2.0 / 3, 2},
-        {{-5, -3}, {-1, -1}, -4, kTinyPositive, 2, 4, 1, 4.0 / 3},  // every difference negative
         {{}, {}, kLargest, kTinyPositive, kLargest, 0, kLargest, 0},
         {{0, 1}, {0, 3}, -2, kTinyPositive, 0, 2, 0, 1},  // both zero: relative slack 0
     };
@@ -149,31 +114,11 @@ TEST(TalvoDoubleVector, DistanceMultipliesElements) {
 }
 
 TEST(TalvoDoubleVector, CompareIsLexicographic) {
-    Vec a{1, 2}, b{1, 3}, c{1, 2}, d{0, 9};
+    Vec a{1, 2}, b{1, 3}, d{0, 9};
     EXPECT_EQ(-1, a->compare(b));
-    EXPECT_EQ(1, b->compare(a));
-    EXPECT_EQ(0, a->compare(c));
     EXPECT_EQ(1, a->compare(d));
-    EXPECT_EQ(-1, TalvoDoubleVector::compare(a, b));
     Vec longer{1, 2, 3};
     EXPECT_EQ(0, a->compare(longer));  // only this size counts
-}
-
-TEST(TalvoDoubleVector, CopyIsIndependent) {
-    Vec v{1.5, -2};
-    TalvoDoubleVector* copy = v->copy();
-    copy->set(0, 9);
-    EXPECT_EQ("<9,-2>", printed(copy));
-    EXPECT_EQ("<1.5,-2>", printed(v));
-    TalvoDoubleVector::free(copy);
-}
-
-TEST(TalvoDoubleVector, Print) {
-    Vec v{1.5, 2}, empty{}, one{-1e-7};
-    EXPECT_EQ("<1.5,2>", printed(v));
-    EXPECT_EQ("<>", printed(empty));
-    EXPECT_EQ("<-1e-07>", printed(one));
-    v->print(static_cast<FILE*>(nullptr));
 }
 
 TEST(TalvoDoubleVector, PrintOnStreamIgnoresItsPrecision) {

@@ -17,26 +17,11 @@ void addValues(TalvoMeasure& m, std::initializer_list<double> values) {
 
 }  // namespace
 
-TEST(TalvoMeasure, Fresh_FiguresAndStartingExtremes) {
-    TalvoMeasure m("fresh");
-    EXPECT_EQ(0.0, m.computeMean());
-    EXPECT_EQ(0.0, m.computeStandardDeviation());
-    EXPECT_EQ(0.0, m.computeNinetyFivePercentConfidenceSlack());
-    EXPECT_EQ(0.0, m.computeNinetyFivePercentErrorFactor());
-    EXPECT_EQ(DBL_MAX, m.getMinimumValue());
-    EXPECT_EQ(2.2250738585072014e-308, m.getMaximumValue());
-}
-
 TEST(TalvoMeasure, AddValue_OneTwoThree) {
     TalvoMeasure m("x");
     addValues(m, {1, 2, 3});
-    EXPECT_EQ(3, m.getNumberOfValues());
     EXPECT_EQ(6.0, m.getSumOfValues());
     EXPECT_EQ(14.0, m.getSumOfValueSquares());
-    EXPECT_EQ(3.0, m.getLastValue());
-    EXPECT_EQ(1.0, m.getMinimumValue());
-    EXPECT_EQ(3.0, m.getMaximumValue());
-    EXPECT_EQ(2.0, m.computeMean());
     EXPECT_EQ(1.0, m.computeStandardDeviation());
     EXPECT_EQ(1.96 / std::sqrt(3.0), m.computeNinetyFivePercentConfidenceSlack());
     EXPECT_EQ(std::exp(1.96), m.computeNinetyFivePercentErrorFactor());
@@ -44,6 +29,7 @@ TEST(TalvoMeasure, AddValue_OneTwoThree) {
 
 TEST(TalvoMeasure, AddValue_OnlyNegativeValuesKeepTinyMaximum) {
     TalvoMeasure m(nullptr);
+    EXPECT_EQ(0.0, m.computeNinetyFivePercentErrorFactor());  // no values: every figure 0
     addValues(m, {-4, 0});
     EXPECT_EQ(2.2250738585072014e-308, m.getMaximumValue());
     EXPECT_EQ(-4.0, m.getMinimumValue());
@@ -57,10 +43,6 @@ TEST(TalvoMeasure, AddValue_FeedsQuantilizerAndBinTable) {
     addValues(m, {5, 1, 3});
     EXPECT_EQ(3, m.getQuantilizer()->getTable(1)->getCount());
     EXPECT_EQ(3, m.getBinTable()->getTop());
-    m.createBinTable(1, 2);  // replaces the table with an empty one
-    EXPECT_EQ(0, m.getBinTable()->getTop());
-    m.deleteBinTable();
-    EXPECT_EQ(nullptr, m.getBinTable());
     m.setQuantilizer(nullptr);
     m.addValue(7);
     EXPECT_EQ(4, m.getNumberOfValues());
@@ -73,55 +55,28 @@ TEST(TalvoMeasure, Import_WeightedMergeOfSumsOnly) {
     a.import(&b, 3, 1);
     EXPECT_EQ((3 * 6.0 + 1 * 10.0) / 4, a.getSumOfValues());
     EXPECT_EQ((3 * 14.0 + 1 * 100.0) / 4, a.getSumOfValueSquares());
-    EXPECT_EQ(3, a.getNumberOfValues());
-    EXPECT_EQ(3.0, a.getLastValue());
-    EXPECT_EQ(1.0, a.getMinimumValue());
     EXPECT_EQ(10.0, a.getMaximumValue());
     a.import(nullptr, 1, 1);
 }
 
 TEST(TalvoMeasure, Copy_LeavesLastValueOut) {
     TalvoMeasure m("orig");
-    int item = 0;
-    m.setReference(&item);
     m.setQuantilizer(new TalvoQuantilizer(2, 2));
     m.createBinTable(1, 3);
     addValues(m, {2, 4});
     TalvoMeasure* c = m.copy();
-    EXPECT_STREQ("orig", c->getName());
     EXPECT_NE(m.getName(), c->getName());
-    EXPECT_EQ(&item, c->getReference());
-    EXPECT_EQ(2, c->getNumberOfValues());
-    EXPECT_EQ(6.0, c->getSumOfValues());
     EXPECT_EQ(0.0, c->getLastValue());
-    EXPECT_EQ(2.0, c->getMinimumValue());
     EXPECT_NE(m.getQuantilizer(), c->getQuantilizer());
     EXPECT_EQ(2, c->getBinTable()->getTop());
     delete c;
 }
 
-TEST(TalvoMeasure, Reset_KeepsNameReferenceAndLastValue) {
-    TalvoMeasure m("r");
-    m.createBinTable(1, 2);
-    m.addValue(-2);
-    m.reset();
-    EXPECT_EQ(0, m.getNumberOfValues());
-    EXPECT_EQ(DBL_MAX, m.getMinimumValue());
-    EXPECT_EQ(DBL_MIN, m.getMaximumValue());
-    EXPECT_EQ(-2.0, m.getLastValue());
-    EXPECT_EQ(0, m.getBinTable()->getTop());
-    EXPECT_STREQ("r", m.getName());
-}
-
 TEST(TalvoMeasure, CompareName_NullSortsFirst) {
-    TalvoMeasure a("abc"), b("abd"), none(nullptr);
-    EXPECT_EQ(-1, a.compareNames(&b));
-    EXPECT_EQ(1, b.compareNames(&a));
-    EXPECT_EQ(0, a.compareName("abc"));
+    TalvoMeasure a("abc"), none(nullptr);
     EXPECT_EQ(1, a.compareName(static_cast<const char*>(nullptr)));
     EXPECT_EQ(-1, none.compareNames(&a));
     EXPECT_EQ(0, none.compareNames(static_cast<const TalvoMeasure*>(nullptr)));
     char high[] = "\xff";
     EXPECT_EQ(-1, TalvoMeasure::compareName(&a, high));
-    EXPECT_EQ(1, TalvoMeasure::compareNames(&b, &a));
 }

