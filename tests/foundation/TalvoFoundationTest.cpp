@@ -1,7 +1,6 @@
 #include "support/TalvoTest.h"
 
 #include <talvo/foundation/TalvoComparator.h>
-#include <talvo/foundation/TalvoCursor.h>
 #include <talvo/foundation/TalvoFunction.h>
 #include <talvo/foundation/TalvoInteger.h>
 #include <talvo/foundation/TalvoMath.h>
@@ -44,15 +43,6 @@ TEST(TalvoComparator, BaseComparesPointersAsSigned32BitDifference) {
     EXPECT_EQ(comparator->compareItems(address(3), address(10)), -7);
     EXPECT_EQ(comparator->compareItems(address(0x80000000u), address(0)), INT_MIN);
     delete comparator;
-}
-
-TEST(TalvoCursor, BaseBodiesAnswerAsEmpty) {
-    TalvoCursor cursor;
-    cursor.increment();
-    EXPECT_TRUE(cursor.isBeforeFirstItem());
-    EXPECT_TRUE(cursor.isOnLastItem());
-    EXPECT_EQ(cursor.getItem(), nullptr);
-    EXPECT_EQ(cursor.removeItemAndIncrement(), nullptr);
 }
 
 TEST(TalvoMath, GammaFormulaKeepsItsInnerTerm) {

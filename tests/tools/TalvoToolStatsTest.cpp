@@ -84,12 +84,6 @@ TEST(TalvoToolStats, Svg_DrawsOneBarPerBin) {
     EXPECT_EQ(run.status, 2);
 }
 
-TEST(TalvoToolChrono, Points_OneLinePerPointWhenUnderTheLimit) {
-    EXPECT_EQ(runTool({"chrono"}, "# t v\n1 10\n2 20\n4 40\n"),
-              (ToolRun{"# x width count mean minimum maximum\n1 1 1 10 10 10\n2 1 1 20 20 20\n4 2 1 40 40 40\n",
-                       "", 0}));
-}
-
 TEST(TalvoToolChrono, Reduction_KeepsAtMostTheRequestedPoints) {
     ToolRun run = runTool({"chrono", "--points", "4", sampleFile("temperature.txt")});
     EXPECT_EQ(run.status, 0);
@@ -97,6 +91,7 @@ TEST(TalvoToolChrono, Reduction_KeepsAtMostTheRequestedPoints) {
     EXPECT_TRUE(lines >= 2 && lines <= 5) << run.out;
 }
 
+// Each point's width runs back to the previous x.
 TEST(TalvoToolChrono, MalformedLines_AreReportedWithTheirLineAndSkipped) {
     EXPECT_EQ(runTool({"chrono"}, "1 10\n2 y\n3\n4 1 2\n0 5\n5 50\n"),
               (ToolRun{"# x width count mean minimum maximum\n1 1 1 10 10 10\n5 4 1 50 50 50\n",
