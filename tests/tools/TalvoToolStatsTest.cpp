@@ -11,14 +11,8 @@ using talvo_tool_test::ToolRun;
 
 TEST(TalvoToolStats, Summary_OfBlankAndLineSeparatedNumbers) {
     EXPECT_EQ(runTool({"stats", "--quantiles", "2"}, "1 2\n\n3\t4 # four\n# comment 5\n"),
-              (ToolRun{"count     4\n"
-                       "mean      2.5\n"
-                       "stddev    1.290994449\n"
-                       "slack95   1.26517456\n"
-                       "minimum   1\n"
-                       "maximum   4\n"
-                       "q0.5      2\n"
-                       "q1        4\n",
+              (ToolRun{"count     4\nmean      2.5\nstddev    1.290994449\nslack95   1.26517456\n"
+                       "minimum   1\nmaximum   4\nq0.5      2\nq1        4\n",
                        "", 0}));
 }
 
@@ -63,13 +57,12 @@ TEST(TalvoToolStats, NoNumbers_CountZeroAndNothingToDraw) {
 }
 
 TEST(TalvoToolStats, Histogram_BinsOfEqualWeightAsBars) {
+    const std::string bar(50, '#');
     ToolRun run = runTool({"stats", "--quantiles", "1", "--histogram", "--bins", "2"}, "1 2 3 4\n");
     EXPECT_NE(run.out.find("# histogram: bins of equal weight, bar length proportional to density\n"
                            "#         from           to     weight\n"
-                           "             1          2.5          2  "
-                           "##################################################\n"
-                           "           2.5            4          2  "
-                           "##################################################\n"),
+                           "             1          2.5          2  " + bar + "\n"
+                           "           2.5            4          2  " + bar + "\n"),
               std::string::npos)
         << run.out;
 }
