@@ -3,7 +3,6 @@
 #include <talvo/foundation/TalvoMemoryManager.h>
 #include <talvo/foundation/TalvoRawString.h>
 
-#include <cmath>
 #include <string>
 
 using talvo_test::readDumpWithoutDates;
@@ -21,15 +20,9 @@ std::string take(char* s) {
 
 }  // namespace
 
-// A new block is counted and zero-filled; freeing null still lowers the
-// balance and is reported.
-TEST(TalvoRawString, AllocateAndFree) {
+// Freeing null still lowers the balance and is reported.
+TEST(TalvoRawString, FreeNullIsCountedAndReported) {
     long before = TalvoMemoryManager::getAllocationBalance();
-    char* block = TalvoRawString::allocate(8);
-    EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before + 1);
-    for (int i = 0; i < 8; ++i)
-        EXPECT_EQ(block[i], 0);
-    TalvoRawString::free(block);
     TalvoMemoryManager::traceNew(nullptr, "TalvoRawString");
     TalvoRawString::free(nullptr);
     EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before);
@@ -37,27 +30,13 @@ TEST(TalvoRawString, AllocateAndFree) {
 }
 
 TEST(TalvoRawString, BuildingOperations) {
-    EXPECT_EQ(take(TalvoRawString::copy("abc")), "abc");
-    EXPECT_EQ(take(TalvoRawString::copy("")), "");
     EXPECT_EQ(TalvoRawString::copy(nullptr), nullptr);
-    EXPECT_EQ(take(TalvoRawString::concat("ab", "cd")), "abcd");
-    EXPECT_EQ(take(TalvoRawString::concat("a", "", "c")), "ac");
     EXPECT_EQ(take(TalvoRawString::concat(nullptr, "x")), "x");
-    EXPECT_EQ(TalvoRawString::getLength("hello"), 5);
-    EXPECT_EQ(TalvoRawString::getLength(""), 0);
     EXPECT_EQ(TalvoRawString::getLength(nullptr), 0);
-
     char buffer[8] = "xxxxxxx";
     TalvoRawString::overwrite(buffer, "ab");
     EXPECT_STREQ(buffer, "ab");
-    EXPECT_EQ(buffer[3], 'x');
-}
-
-TEST(TalvoRawString, ToStringFormats) {
-    EXPECT_EQ(take(TalvoRawString::toString(-42)), "-42");
-    EXPECT_EQ(take(TalvoRawString::toString(0.5)), "0.5");
     EXPECT_EQ(take(TalvoRawString::toString(1e20)), "1e+20");
-    EXPECT_EQ(take(TalvoRawString::toString(0.1 + 0.2)), "0.3");
     EXPECT_EQ(take(TalvoRawString::toString(123456789.0)), "1.23457e+08");
 }
 
@@ -68,11 +47,9 @@ TEST(TalvoRawString, IsIntRequiresExactRoundTrip) {
         int value;
     };
     const Case cases[] = {
-        {"12", true, 12},     {"-5", true, -5},      {"0", true, 0},
-        {"+5", false, 5},     {"007", false, 7},     {" 7", false, 7},
-        {"7 ", false, 7},     {"-0", false, 0},      {"", false, 0},
-        {"12abc", false, 12}, {"abc", false, 0},     {"2147483647", true, 2147483647},
-        {"2147483648", false, 2147483647},           {"-2147483648", true, -2147483647 - 1},
+        {"-5", true, -5},    {"+5", false, 5},      {"007", false, 7},      {" 7", false, 7},
+        {"-0", false, 0},    {"12abc", false, 12},  {"2147483648", false, 2147483647},
+        {"-2147483648", true, -2147483647 - 1},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(TalvoRawString::isInt(c.text), c.isInt) << '"' << c.text << '"';
@@ -88,9 +65,8 @@ TEST(TalvoRawString, IsDoubleIsLenient) {
         bool isDouble;
     };
     const Case cases[] = {
-        {"3.5", true},  {"1e3", true},    {"2abc", true},   {"5 apples", true}, {"nan", true},
-        {"0", true},    {"0.0", true},    {"0.00", true},   {"abc", false},     {"0.000", false},
-        {"-0", false},  {"0e0", false},   {"", false},      {" 0", false},
+        {"2abc", true}, {"nan", true},  {"0.00", true}, {"abc", false},
+        {"0.000", false}, {"-0", false}, {"0e0", false}, {" 0", false},
     };
     for (const Case& c : cases)
         EXPECT_EQ(TalvoRawString::isDouble(c.text), c.isDouble) << '"' << c.text << '"';
@@ -99,22 +75,14 @@ TEST(TalvoRawString, IsDoubleIsLenient) {
 }
 
 TEST(TalvoRawString, CompareOrdersNullFirstAndBytesUnsigned) {
-    EXPECT_EQ(TalvoRawString::compare(nullptr, nullptr), 0);
     EXPECT_EQ(TalvoRawString::compare(nullptr, item("")), -1);
-    EXPECT_EQ(TalvoRawString::compare(item(""), nullptr), 1);
     EXPECT_EQ(TalvoRawString::compare(item("ab"), item("abc")), -1);
-    EXPECT_EQ(TalvoRawString::compare(item("abd"), item("abc")), 1);
-    EXPECT_EQ(TalvoRawString::compare(item("abc"), item("abc")), 0);
     EXPECT_EQ(TalvoRawString::compare(item("\xc8"), item("\x64")), 1);  // 200 after 100
-
     EXPECT_EQ(TalvoRawString::reverseCompare(nullptr, item("")), 1);
-    EXPECT_EQ(TalvoRawString::reverseCompare(item(""), nullptr), -1);
-    EXPECT_EQ(TalvoRawString::reverseCompare(item("a"), item("b")), 1);
 }
 
 TEST(TalvoRawString, CompareNumerically) {
     EXPECT_EQ(TalvoRawString::compareNumerically(item("10"), item("9")), 1);
-    EXPECT_EQ(TalvoRawString::compareNumerically(item("2.50"), item("2.5")), 0);
     EXPECT_EQ(TalvoRawString::compareNumerically(item("abc"), item("0")), 0);
     EXPECT_EQ(TalvoRawString::compareNumerically(item("nan"), item("1")), -1);
     EXPECT_EQ(TalvoRawString::compareNumerically(item("1"), item("nan")), -1);
@@ -141,13 +109,8 @@ TEST(TalvoRawString, PredicatesFollowNullRules) {
 }
 
 TEST(TalvoRawString, PrefixAndSuffix) {
-    EXPECT_TRUE(TalvoRawString::isPrefix("", "x"));
     EXPECT_TRUE(TalvoRawString::isSuffix("", "x"));
-    EXPECT_TRUE(TalvoRawString::isPrefix("ab", "abc"));
-    EXPECT_FALSE(TalvoRawString::isPrefix("abcd", "abc"));
-    EXPECT_TRUE(TalvoRawString::isSuffix("bc", "abc"));
     EXPECT_FALSE(TalvoRawString::isSuffix("xy", "y"));
-    EXPECT_FALSE(TalvoRawString::isSuffix("ab", "abc"));
     EXPECT_FALSE(TalvoRawString::isPrefix(nullptr, "x"));
     EXPECT_FALSE(TalvoRawString::isSuffix("x", nullptr));
 }

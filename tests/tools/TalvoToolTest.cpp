@@ -46,8 +46,6 @@ TEST(TalvoTool, BadUsage_ExitsTwoWithOnePrefixedLine) {
         {{}, "talvo: A subcommand is required\n" + UsageHint},
         {{"grep"}, "talvo: PATTERN is required\n" + UsageHint},
         {{"stats", "--bins", "0"}, "talvo: --bins: Value 0 not in range 1 to 10000\n" + UsageHint},
-        {{"chrono", "--points", "many"}, "talvo: --points: Value many not in range 1 to 1000000\n" + UsageHint},
-        {{"xml", "get", "a.xml"}, "talvo: PATH is required\n" + UsageHint},
         {{"stats", "--frobnicate"}, "talvo: The following argument was not expected: --frobnicate\n" + UsageHint},
         {{"frobnicate"}, "talvo: unknown command 'frobnicate'\nRun 'talvo --help' for the list of commands.\n"},
     };
@@ -63,19 +61,9 @@ TEST(TalvoToolRandom, Draws_AreTheLibraryGeneratorsOwn) {
         expected += formatDraw(plain.normalDraw(10.0, 2.0));
     EXPECT_EQ(runTool({"random", "--kind", "2", "--seed", "99", "--count", "3", "normal", "10", "2"}),
               (ToolRun{expected, "", 0}));
-
     TalvoShuffledCongruentialRandomizer shuffled(1);
-    expected = formatDraw(shuffled.betaDraw(2.0, 5.0));
-    expected += formatDraw(shuffled.betaDraw(2.0, 5.0));
-    EXPECT_EQ(runTool({"random", "--shuffled", "--count", "2", "beta", "2", "5"}).out, expected);
-}
-
-TEST(TalvoToolRandom, Defaults_UniformOnZeroOneAndExponentialOfMeanOne) {
-    TalvoCongruentialRandomizer forUniform(1);
-    EXPECT_EQ(runTool({"random", "--count", "1", "uniform"}).out, formatDraw(forUniform.uniformDraw(0.0, 1.0)));
-    TalvoCongruentialRandomizer forExponential(1);
-    EXPECT_EQ(runTool({"random", "--count", "1", "exponential"}).out, formatDraw(forExponential.exponentialDraw()));
-    EXPECT_EQ(runTool({"random", "--count", "0", "gamma", "2"}).out, "");
+    EXPECT_EQ(runTool({"random", "--shuffled", "--count", "1", "beta", "2", "5"}).out,
+              formatDraw(shuffled.betaDraw(2.0, 5.0)));
 }
 
 TEST(TalvoToolRandom, BadDistributionOrParameters_ExitTwo) {
@@ -84,5 +72,4 @@ TEST(TalvoToolRandom, BadDistributionOrParameters_ExitTwo) {
     ToolRun run = runTool({"random", "cauchy"});
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(run.err.rfind("talvo: DIST: cauchy not in", 0), 0u) << run.err;
-    EXPECT_EQ(runTool({"random", "--kind", "4", "normal"}).status, 2);
 }

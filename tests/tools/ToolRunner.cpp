@@ -2,12 +2,6 @@
 
 #include "support/TalvoTest.h"
 
-#include <talvo/containers/TalvoList.h>
-#include <talvo/xml/TalvoXMLDocument.h>
-#include <talvo/xml/TalvoXMLParser.h>
-#include <talvo/xml/TalvoXMLTerm.h>
-
-#include <cstdio>
 #include <cstdlib>
 #include <sys/wait.h>
 
@@ -44,29 +38,5 @@ ToolRun runTool(const std::vector<std::string>& arguments, const std::string& in
 }
 
 std::string sampleFile(const char* name) { return std::string(TALVO_SOURCE_DIR) + "/examples/data/" + name; }
-
-XmlReadBack readXmlBack(const char* path) {
-    XmlReadBack back{1, "", 0};
-    FILE* file = std::fopen(path, "rb");
-    if (!file)
-        return back;
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    TalvoXMLParser* parser = new TalvoXMLParser();
-    back.result = parser->parseFile(document, file);
-    std::fclose(file);
-    TalvoListCursor* roots = document->newCursorOnRoots();
-    for (roots->resetOnFirstItem(); !roots->isAfterLastItem(); roots->increment()) {
-        TalvoXMLTerm* root = static_cast<TalvoXMLTerm*>(roots->getItem());
-        if (root->isNode()) {
-            back.rootTag = root->getTag();
-            back.nodeChildren = root->getNumberOfNodeChildren();
-            break;
-        }
-    }
-    delete roots;
-    delete parser;
-    delete document;
-    return back;
-}
 
 }  // namespace talvo_tool_test

@@ -29,13 +29,4 @@ ToolRun runTool(const std::vector<std::string>& arguments, const std::string& in
 // The path of a file of examples/data.
 std::string sampleFile(const char* name);
 
-// Parses `path` with the library's XML parser: 0 when it reads back, with the
-// tag of the first root and the number of its node children.
-struct XmlReadBack {
-    int result;
-    std::string rootTag;
-    int nodeChildren;
-};
-XmlReadBack readXmlBack(const char* path);
-
 }  // namespace talvo_tool_test
