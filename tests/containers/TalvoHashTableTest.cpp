@@ -16,7 +16,6 @@ std::intptr_t valueOf(void* item) { return reinterpret_cast<std::intptr_t>(item)
 int valueHash(void* item) { return static_cast<int>(valueOf(item)); }
 int negativeHash(void* item) { return -1 - static_cast<int>(valueOf(item)); }
 int boxHash(void* item) { return item ? *static_cast<int*>(item) : 0; }
-int compareValues(void* item, void* key) { return valueOf(item) == valueOf(key) ? 0 : 1; }
 
 std::vector<std::intptr_t> cursorOrder(TalvoHashTable* table) {
     std::vector<std::intptr_t> values;
@@ -165,15 +164,6 @@ TEST(TalvoHashTable, NegativeHash_StaysInsideTheTable) {
     delete table;
 }
 
-TEST(TalvoHashTable, LookForItem_SearchesOnlyTheHashedBucket) {
-    TalvoHashTable* table = new TalvoHashTable(valueHash);
-    for (int v : {3, 1024, 8})
-        table->insertItem(itemOf(v));
-    EXPECT_EQ(valueOf(table->lookForItem(3, compareValues, itemOf(1024))), 1024);
-    EXPECT_EQ(table->lookForItem(8, compareValues, itemOf(1024)), nullptr);
-    delete table;
-}
-
 TEST(TalvoHashTable, Copy_CarriesParametersButCopyWithItemsDoesNot) {
     TalvoHashTable* table = new TalvoHashTable(boxHash);
     table->setMinimumSize(512);
@@ -208,26 +198,8 @@ TEST(TalvoHashTable, SetOperations_ByIdentity) {
     EXPECT_EQ(cursorOrder(a), (std::vector<std::intptr_t>{1, 2, 3}));
     a->insertItems(a);
     EXPECT_EQ(a->getNumberOfItems(), 6);
-    EXPECT_EQ(a->buildUnion(nullptr), nullptr);
     for (TalvoHashTable* t : {a, b, all})
         delete t;
-}
-
-// Deleting a list's Items empties the list and frees each of them, held by
-// the table or not.
-TEST(TalvoHashTable, DeleteItems_FreeEveryItemTaken) {
-    TalvoHashTable* table = new TalvoHashTable(boxHash);
-    int* held = TalvoInteger::allocate(1);
-    int* stranger = TalvoInteger::allocate(1);
-    table->insertItem(held);
-    for (int v : {3, 1, 3, 2, 1024})
-        table->insertItem(TalvoInteger::allocate(v));
-    TalvoList* list = new TalvoList(2, held, stranger);
-    table->deleteItems(list, TalvoInteger::free);
-    EXPECT_TRUE(list->isEmpty());
-    EXPECT_EQ(table->getNumberOfItems(), 5);
-    delete list;
-    table->deleteWithItems(TalvoInteger::free);
 }
 
 namespace {

@@ -93,7 +93,6 @@ TEST(TalvoListCursor, RemoveAtCursorLeavesCursorOnNext) {
     EXPECT_EQ(backward(&list), std::vector<void*>{});
 }
 
-// A single item is both first and last.
 TEST(TalvoListCursor, RemoveAndDecrementAtFirstLeavesCursorBefore) {
     TalvoList list(2, I(1), I(2));
     TalvoListCursor c(&list);
