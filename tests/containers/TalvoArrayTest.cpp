@@ -81,18 +81,15 @@ TEST(TalvoArray, PushAndPop) {
     EXPECT_EQ(a.getNumberOfItems(), 2);
 }
 
-TEST(TalvoArray, SearchesOnEmptyArray) {
-    TalvoArray a(4);
-    EXPECT_EQ(a.findItemIndex(I(1)), 0);
-    EXPECT_FALSE(a.contains(nullptr));
-    EXPECT_EQ(a.searchIndexOfItem(compareWithNull, nullptr), -1);
-    EXPECT_EQ(a.getIndexOfFirstItem(), -1);
-    EXPECT_EQ(a.getIndexOfLastItem(), 0);
-}
-
 // Searches see the empty slots (and pass them to the call-back); the n-th
 // Item counts only the filled ones.
 TEST(TalvoArray, SearchesAndNthItems) {
+    TalvoArray empty(4);
+    EXPECT_EQ(empty.findItemIndex(I(1)), 0);
+    EXPECT_FALSE(empty.contains(nullptr));
+    EXPECT_EQ(empty.searchIndexOfItem(compareWithNull, nullptr), -1);
+    EXPECT_EQ(empty.getIndexOfFirstItem(), -1);
+    EXPECT_EQ(empty.getIndexOfLastItem(), 0);
     TalvoArray* a = arrayOf(6, {nullptr, I(1), nullptr, I(3), I(1)});
     struct {
         int n;

@@ -58,8 +58,4 @@ TEST(TalvoDictionary, NonStringValue_AnswersNullWhileTheEntryExists) {
     dictionary.getAttribute("n")->setValue(1);
     EXPECT_TRUE(dictionary.hasEntry("n"));
     EXPECT_EQ(dictionary.getEntry("n"), nullptr);
-    TalvoDictionaryCursor* cursor = dictionary.newCursor();
-    cursor->resetOnFirstItem();
-    EXPECT_EQ(cursor->getDefinition(), nullptr);
-    delete cursor;
 }

@@ -79,7 +79,7 @@ TEST(TalvoListCursor, ResetInPosition) {
     }
 }
 
-// Removing moves the cursor to the next item, so the three-line loop
+// Removing moves the cursor to the next item (or the previous one), so the
 // empties the list.
 TEST(TalvoListCursor, RemoveAtCursorLeavesCursorOnNext) {
     TalvoList list(4, I(1), I(2), I(3), I(4));
@@ -87,20 +87,15 @@ TEST(TalvoListCursor, RemoveAtCursorLeavesCursorOnNext) {
     c.resetOnLastItem();
     EXPECT_EQ(c.removeItemAndIncrement(), I(4));
     EXPECT_EQ(stateOf(c), After);
+    c.resetInPosition(2);
+    EXPECT_EQ(c.removeItemAndDecrement(), I(2));
+    EXPECT_EQ(stateOf(c), on(I(1), true, false));
+    EXPECT_EQ(c.removeItemAndDecrement(), I(1));
+    EXPECT_EQ(stateOf(c), Before);
     for (c.resetOnFirstItem(); !c.isAfterLastItem();)
         c.removeItemAndIncrement();
     EXPECT_EQ(list.getNumberOfItems(), 0);
     EXPECT_EQ(backward(&list), std::vector<void*>{});
-}
-
-TEST(TalvoListCursor, RemoveAndDecrementAtFirstLeavesCursorBefore) {
-    TalvoList list(2, I(1), I(2));
-    TalvoListCursor c(&list);
-    c.resetOnLastItem();
-    EXPECT_EQ(c.removeItemAndDecrement(), I(2));
-    EXPECT_EQ(stateOf(c), on(I(1), true, true));
-    EXPECT_EQ(c.removeItemAndDecrement(), I(1));
-    EXPECT_EQ(stateOf(c), Before);
 }
 
 TEST(TalvoListCursor, InsertionsAtEndsAreCounted) {
