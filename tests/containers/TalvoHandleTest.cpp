@@ -24,7 +24,7 @@ TEST(TalvoHandle, CompareKeys_NullFirstThenUnsignedBytes) {
 
 // The numeric comparisons read the keys as numbers; every comparison also
 // reads an attribute's name, the first field of both.
-TEST(TalvoHandle, KeyComparisons_NumericAndOnAttributes) {
+TEST(TalvoHandle, KeyComparisonsAndSetKeyCopiesEvenItsOwnKey) {
     TalvoHandle ten("10", nullptr), nine("9", nullptr), handle("b", nullptr);
     EXPECT_EQ(TalvoHandle::compareKeys(&ten, &nine), -1);  // bytewise "1" < "9"
     EXPECT_EQ(TalvoHandle::compareNumericallyKeys(&ten, &nine), 1);
@@ -33,16 +33,13 @@ TEST(TalvoHandle, KeyComparisons_NumericAndOnAttributes) {
     EXPECT_EQ(TalvoHandle::compareKey(&attribute, const_cast<char*>("a")), 0);
     EXPECT_STREQ(TalvoHandle::keyOf(&attribute), "a");
     EXPECT_EQ(TalvoHandle::keyOf(nullptr), nullptr);
-}
-
-TEST(TalvoHandle, SetKey_CopiesEvenItsOwnKey) {
     char key[] = "first";
-    TalvoHandle* handle = new TalvoHandle(key, nullptr);
+    TalvoHandle* owned = new TalvoHandle(key, nullptr);
     key[0] = 'x';
-    handle->setKey(handle->getKey());
-    EXPECT_STREQ(handle->getKey(), "first");
-    handle->setKey(nullptr);
-    EXPECT_EQ(handle->getKey(), nullptr);
-    TalvoHandle::free(handle);
+    owned->setKey(owned->getKey());
+    EXPECT_STREQ(owned->getKey(), "first");
+    owned->setKey(nullptr);
+    EXPECT_EQ(owned->getKey(), nullptr);
+    TalvoHandle::free(owned);
     TalvoHandle::free(nullptr);
 }

@@ -168,7 +168,6 @@ TEST(TalvoHashTable, Copy_CarriesParametersButCopyWithItemsDoesNot) {
     TalvoHashTable* table = new TalvoHashTable(boxHash);
     table->setMinimumSize(512);
     table->setEnlargementRatio(0.5);
-    table->setReductionRatio(0.2);
     table->setResizing(false);
     for (int v : {1, 2, 3})
         table->insertItem(TalvoInteger::allocate(v));
