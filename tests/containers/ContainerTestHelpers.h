@@ -4,7 +4,6 @@
 
 #include <vector>
 
-// Shared by the list, list cursor and array tests.
 namespace containertest {
 
 // Items are the addresses of these ints: the containers compare them by identity.

@@ -11,7 +11,6 @@ namespace {
 
 using namespace containertest;
 
-// The cursor's full state: item, both flags, on first, on last.
 struct State {
     void* item;
     bool before, after, onFirst, onLast;
