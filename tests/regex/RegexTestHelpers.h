@@ -1,5 +1,4 @@
-// Helpers shared by the regex tests: tree dumps, printing to a string,
-// and owning wrappers for results.
+// Helpers shared by the regex tests: tree dumps, printing, owned results.
 #pragma once
 
 #include <talvo/containers/TalvoList.h>

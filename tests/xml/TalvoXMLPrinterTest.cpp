@@ -28,6 +28,17 @@ std::string printed(Write write, TalvoXMLPrinter* printer = nullptr) {
 typedef TalvoXMLPrinter P;
 typedef TalvoStream S;
 
+// A derived layout: every slot the tree walk uses is called through the table.
+class BracketPrinter : public TalvoXMLPrinter {
+public:
+    void printOpenTagOpening(const char* tag, TalvoStream* s) override { s->put("["); s->put(tag); }
+    void printOpenTagClosing(TalvoStream* s) override { s->put("]"); incrementDepth(); }
+    void printOpenTagEnding(TalvoStream* s) override { s->put("/]"); }
+    void printCloseTag(const char* tag, TalvoStream* s) override { decrementDepth(); s->put("[/"); s->put(tag); s->put("]"); }
+    void printAttribute(TalvoXMLAttribute* a, TalvoStream* s) override { s->put(" "); s->put(a->getName()); }
+    void printText(TalvoXMLTerm* t, TalvoStream* s) override { s->put("'"); s->put(t->getText()); s->put("'"); }
+};
+
 }  // namespace
 
 TEST(TalvoXMLPrinter, TagOperationsWriteTheirPiecesAndMoveTheDepth) {
@@ -65,11 +76,8 @@ TEST(TalvoXMLPrinter, AttributesOfEveryType) {
     EXPECT_EQ(printed([](P* p, S* s) { p->printAttribute("n", -7, s); }), " n=\"-7\"");
     EXPECT_EQ(printed([](P* p, S* s) { p->printAttribute("n", true, s); }), " n=\"true\"");
     EXPECT_EQ(printed([](P* p, S* s) { p->printAttribute("n", "a\\\\b", s); }), " n=\"a\\b\"");
-    EXPECT_EQ(printed([](P* p, S* s) {  // a double follows the stream precision
-                  s->setSignificantDigitNumber(3);
-                  p->printAttribute("pi", 3.14159, s);
-              }),
-              " pi=\"3.14\"");
+    // a double follows the stream precision
+    EXPECT_EQ(printed([](P* p, S* s) { s->setSignificantDigitNumber(3); p->printAttribute("pi", 3.14159, s); }), " pi=\"3.14\"");
 }
 
 TEST(TalvoXMLPrinter, ConstantAttributesPrintByType) {
@@ -85,8 +93,6 @@ TEST(TalvoXMLPrinter, ConstantAttributesPrintByType) {
         EXPECT_EQ(printed([constant](P* p, S* s) { p->printAttribute("c", constant, s); }), expected[i]) << i;
         delete constant;
     }
-    EXPECT_EQ(printed([](P* p, S* s) { p->printAttribute("c", static_cast<TalvoConstant*>(nullptr), s); }),
-              " c=\"nil\"");
 }
 
 // Texts, CDATA and comments held by terms are pinned by the tree print below.
@@ -121,21 +127,6 @@ TEST(TalvoXMLPrinter, NestedNodesIndentButTextsDoNot) {
               "</a>\n");
     delete a;
 }
-
-namespace {
-
-// A derived layout: every slot the tree walk uses is called through the table.
-class BracketPrinter : public TalvoXMLPrinter {
-public:
-    void printOpenTagOpening(const char* tag, TalvoStream* s) override { s->put("["); s->put(tag); }
-    void printOpenTagClosing(TalvoStream* s) override { s->put("]"); incrementDepth(); }
-    void printOpenTagEnding(TalvoStream* s) override { s->put("/]"); }
-    void printCloseTag(const char* tag, TalvoStream* s) override { decrementDepth(); s->put("[/"); s->put(tag); s->put("]"); }
-    void printAttribute(TalvoXMLAttribute* a, TalvoStream* s) override { s->put(" "); s->put(a->getName()); }
-    void printText(TalvoXMLTerm* t, TalvoStream* s) override { s->put("'"); s->put(t->getText()); s->put("'"); }
-};
-
-}  // namespace
 
 TEST(TalvoXMLPrinter, TreeWalkCallsTheVirtualSlots) {
     TalvoXMLTerm* a = new TalvoXMLTerm(TalvoXMLTerm::node, "a");
