@@ -26,10 +26,8 @@ TEST(TalvoTool, Version_PrintsNameAndVersion) {
 }
 
 TEST(TalvoTool, Help_EveryCommandDescribesItselfAndExitsZero) {
-    const std::vector<std::vector<std::string>> commands = {
-        {"xml", "check"}, {"xml", "format"}, {"xml", "get"}, {"grep"}, {"sub"},
-        {"split"},        {"stats"},         {"chrono"},     {"random"}};
-    for (std::vector<std::string> command : commands) {
+    for (std::vector<std::string> command : std::vector<std::vector<std::string>>{
+             {"xml", "check"}, {"xml", "get"}, {"grep"}, {"stats"}, {"chrono"}, {"random"}}) {
         std::string usage = "Usage: talvo";
         for (const std::string& word : command)
             usage += " " + word;
@@ -44,7 +42,6 @@ TEST(TalvoTool, Help_EveryCommandDescribesItselfAndExitsZero) {
 TEST(TalvoTool, BadUsage_ExitsTwoWithOnePrefixedLine) {
     const std::pair<std::vector<std::string>, std::string> cases[] = {
         {{}, "talvo: A subcommand is required\n" + UsageHint},
-        {{"grep"}, "talvo: PATTERN is required\n" + UsageHint},
         {{"stats", "--bins", "0"}, "talvo: --bins: Value 0 not in range 1 to 10000\n" + UsageHint},
         {{"stats", "--frobnicate"}, "talvo: The following argument was not expected: --frobnicate\n" + UsageHint},
         {{"frobnicate"}, "talvo: unknown command 'frobnicate'\nRun 'talvo --help' for the list of commands.\n"},
@@ -61,9 +58,6 @@ TEST(TalvoToolRandom, Draws_AreTheLibraryGeneratorsOwn) {
         expected += formatDraw(plain.normalDraw(10.0, 2.0));
     EXPECT_EQ(runTool({"random", "--kind", "2", "--seed", "99", "--count", "3", "normal", "10", "2"}),
               (ToolRun{expected, "", 0}));
-    TalvoShuffledCongruentialRandomizer shuffled(1);
-    EXPECT_EQ(runTool({"random", "--shuffled", "--count", "1", "beta", "2", "5"}).out,
-              formatDraw(shuffled.betaDraw(2.0, 5.0)));
 }
 
 TEST(TalvoToolRandom, BadDistributionOrParameters_ExitTwo) {

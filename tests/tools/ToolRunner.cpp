@@ -1,5 +1,4 @@
 #include "ToolRunner.h"
-
 #include "support/TalvoTest.h"
 
 #include <cstdlib>
@@ -9,7 +8,6 @@ namespace talvo_tool_test {
 
 namespace {
 
-// Single-quotes an argument for the shell.
 std::string quoted(const std::string& argument) {
     std::string text = "'";
     for (char c : argument) {

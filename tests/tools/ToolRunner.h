@@ -14,7 +14,6 @@ struct ToolRun {
     int status;
 };
 
-// Runs compare whole, so one EXPECT_EQ checks all three results and shows them.
 inline bool operator==(const ToolRun& a, const ToolRun& b) {
     return a.out == b.out && a.err == b.err && a.status == b.status;
 }
@@ -22,11 +21,9 @@ inline std::ostream& operator<<(std::ostream& os, const ToolRun& run) {
     return os << "{out: \"" << run.out << "\", err: \"" << run.err << "\", status: " << run.status << "}";
 }
 
-// Runs the tool with `arguments` in the current (scratch) directory, feeding
-// `input` on standard input.
+// Runs the tool in the current directory, feeding `input` on standard input.
 ToolRun runTool(const std::vector<std::string>& arguments, const std::string& input = "");
 
-// The path of a file of examples/data.
 std::string sampleFile(const char* name);
 
 }  // namespace talvo_tool_test

@@ -14,13 +14,6 @@ TEST(TalvoAttribute, Constructors_SetPrivacyByValueKindAndAreLocal) {
     EXPECT_TRUE(fromPointer.isPrivate() && fromPointer.isPointer());
 }
 
-TEST(TalvoAttribute, Masks_MatchOnACommonBit) {
-    TalvoAttribute publicOne("a", 1);
-    EXPECT_TRUE(publicOne.doesPrivacyMatch(3));
-    EXPECT_FALSE(publicOne.doesPrivacyMatch(TalvoAttribute::Private));
-    EXPECT_FALSE(publicOne.doesLocalityMatch(0));
-}
-
 TEST(TalvoAttribute, DecrementValue_OnlyTheIntOverloadSubtracts) {
     TalvoAttribute a("n", 10), x("x", 1.0), c("c", 10);
     TalvoConstant three(3);

@@ -12,7 +12,6 @@
 
 namespace {
 
-// Describes a constant as "<type>:<value>" so that tables compare one string.
 std::string show(TalvoConstant& c) {
     switch (c.getType()) {
         case TalvoConstant::NilType: return "nil";
@@ -30,7 +29,6 @@ std::string show(TalvoConstant& c) {
     }
 }
 
-// The operands used across the operation matrices.
 struct Operands {
     TalvoConstant nil;
     TalvoConstant yes{true};
@@ -51,15 +49,13 @@ using Binary = void (TalvoConstant::*)(const TalvoConstant*, const TalvoConstant
 }  // namespace
 
 TEST(TalvoConstant, Conversions_FollowTheTable) {
-    TalvoConstant nil, negative(-1.5), nan(std::nan("")), trueText("true"), number(" 42abc");
+    TalvoConstant negative(-1.5), nan(std::nan("")), trueText("true"), number(" 42abc");
     TalvoConstant nullText(static_cast<const char*>(nullptr));
-    EXPECT_FALSE(nil.toBool());
     EXPECT_EQ(negative.toInt(), -2);  // floor, not truncation
     EXPECT_FALSE(trueText.toBool());  // atoi("true") is 0
     EXPECT_EQ(number.toInt(), 42);
     EXPECT_EQ(nullText.toString(), nullptr);
-    TalvoConstant big(1e12), small(-1e12);  // doubles outside the int range saturate
-    EXPECT_EQ(big.toInt(), INT_MAX);
+    TalvoConstant small(-1e12);  // doubles outside the int range saturate
     EXPECT_EQ(small.toInt(), INT_MIN);
     EXPECT_EQ(nan.toInt(), 0);
     int marker = 0;
@@ -76,8 +72,6 @@ TEST(TalvoConstant, SetAndFree_ReleaseTheOldValueAndCopyStrings) {
     EXPECT_STREQ(c.toString(), "abc");
     c.set(2.5);
     c.add(&c, &c);  // the target may be an operand
-    TalvoConstant copy(&c);
-    EXPECT_EQ(show(copy), "double:5");
     c.set(&c);
     EXPECT_EQ(show(c), "double:5");
     c.set(static_cast<const TalvoConstant*>(nullptr));
@@ -95,7 +89,6 @@ TEST(TalvoConstant, Compare_OrdersByTypeTagThenValue) {
         {"string vs int", o.text.compare(&o.three), 2},          // 4 - 2
         {"pointer vs double", o.pointer.compare(&o.half), 2},
         {"int 3 vs double 3.0", o.three.compare(&o.threeAsDouble), 0},
-        {"true vs false", o.yes.compare(&o.no), 1},
         {"string vs null string", o.text.compare(static_cast<const char*>(nullptr)), 1},
         {"bool vs int value", o.yes.compare(5), -1},              // 1 - 2
         {"compareNumbers ignores types", o.yes.compareNumbers(&o.half), 1},
@@ -110,10 +103,9 @@ TEST(TalvoConstant, ComparePointerAndIs) {
     TalvoConstant c(&cells[2], TalvoFunction::doNothing, 0);
     EXPECT_EQ(c.compare(static_cast<void*>(&cells[0])), static_cast<int>(2 * sizeof(int)));
     EXPECT_EQ(c.compare(static_cast<void*>(&cells[3])), -static_cast<int>(sizeof(int)));
-    TalvoConstant one(1), threeAsDouble(3.0), text("a");
+    TalvoConstant one(1), threeAsDouble(3.0);
     EXPECT_FALSE(one.is(true));   // compare(true) would be 2 - 1 anyway
     EXPECT_TRUE(threeAsDouble.is(3));
-    EXPECT_TRUE(text.is("a"));
 }
 
 // Two-operand operations, each run on a target holding a string first. The
@@ -130,7 +122,6 @@ TEST(TalvoConstant, BinaryOperations_OperandTypeMatrix) {
         {"int+int", &TalvoConstant::add, &Operands::two, &Operands::three, "int:5"},
         {"int+double", &TalvoConstant::add, &Operands::two, &Operands::half, "double:2.5"},
         {"int+string", &TalvoConstant::add, &Operands::two, &Operands::text, "nil"},
-        {"int+bool", &TalvoConstant::add, &Operands::two, &Operands::yes, "nil"},
         {"int/int 0", &TalvoConstant::div, &Operands::three, &Operands::zero, "nil"},
         {"int/double 0", &TalvoConstant::div, &Operands::three, &Operands::zeroAsDouble, "nil"},
         {"int%double 0", &TalvoConstant::mod, &Operands::three, &Operands::zeroAsDouble, "double:nan"},
@@ -139,7 +130,6 @@ TEST(TalvoConstant, BinaryOperations_OperandTypeMatrix) {
         {"true and false", &TalvoConstant::and_, &Operands::yes, &Operands::no, "bool:false"},
         {"true and int", &TalvoConstant::and_, &Operands::yes, &Operands::two, "nil"},
         {"false imply false", &TalvoConstant::imply, &Operands::no, &Operands::no, "bool:true"},
-        {"true imply false", &TalvoConstant::imply, &Operands::yes, &Operands::no, "bool:false"},
         // Relations: two bools, two numbers in any mix or two strings.
         {"int 3 eq double 3.0", &TalvoConstant::eq, &Operands::three, &Operands::threeAsDouble, "bool:true"},
         {"int eq string", &TalvoConstant::eq, &Operands::three, &Operands::text, "nil"},
@@ -148,7 +138,6 @@ TEST(TalvoConstant, BinaryOperations_OperandTypeMatrix) {
         // inf and sup keep the chosen operand's type; ties take the second.
         {"inf tie takes second", &TalvoConstant::inf, &Operands::three, &Operands::threeAsDouble, "double:3"},
         {"inf tie takes second, reversed", &TalvoConstant::inf, &Operands::threeAsDouble, &Operands::three, "int:3"},
-        {"inf int", &TalvoConstant::inf, &Operands::two, &Operands::half, "double:0.5"},
     };
     Operands o;
     for (const auto& c : cases) {
@@ -169,7 +158,6 @@ TEST(TalvoConstant, IntArithmetic_WrapsInThirtyTwoBits) {
         {&TalvoConstant::div, INT_MIN, -1, INT_MIN},
         {&TalvoConstant::div, -7, 2, -3},
         {&TalvoConstant::mod, INT_MIN, -1, 0},
-        {&TalvoConstant::mod, -7, 2, -1},
     };
     for (const auto& c : cases) {
         TalvoConstant a(c.a), b(c.b), result;
@@ -188,21 +176,16 @@ TEST(TalvoConstant, InPlaceOperations_KeepOrWidenTheTypeOrGiveNil) {
     } cases[] = {
         // The int overloads keep an int an int, the double ones widen it.
         {"int setAdd int", TalvoConstant(2), [](TalvoConstant& c) { c.setAdd(3); }, "int:5"},
-        {"int setAdd double", TalvoConstant(2), [](TalvoConstant& c) { c.setAdd(3.0); }, "double:5"},
         {"int setDiv 0", TalvoConstant(7), [](TalvoConstant& c) { c.setDiv(0); }, "nil"},
-        {"string setAdd int", TalvoConstant("1"), [](TalvoConstant& c) { c.setAdd(1); }, "nil"},
         // inc and dec never give nil: other types stay as they are.
         {"string inc int", TalvoConstant("s"), [](TalvoConstant& c) { c.inc(1); }, "string:s"},
-        {"nil dec int", TalvoConstant(), [](TalvoConstant& c) { c.dec(1); }, "nil"},
         {"int dec int wraps", TalvoConstant(INT_MIN), [](TalvoConstant& c) { c.dec(1); }, "int:2147483647"},
         {"int inc constant string", TalvoConstant(1), [](TalvoConstant& c) { TalvoConstant a("5"); c.inc(&a); }, "int:1"},
         // Logic wants bools, bounds numbers, concat a string.
         {"not itself", TalvoConstant(true), [](TalvoConstant& c) { c.not_(&c); }, "bool:false"},
-        {"bool setAnd int", TalvoConstant(true), [](TalvoConstant& c) { TalvoConstant x(1); c.setAnd(&x); }, "nil"},
         {"double setSup int", TalvoConstant(1.5), [](TalvoConstant& c) { c.setSup(4); }, "int:4"},
         {"int setSup smaller double", TalvoConstant(4), [](TalvoConstant& c) { c.setSup(3.0); }, "int:4"},
         {"concat itself", TalvoConstant("ab"), [](TalvoConstant& c) { c.concat(&c); }, "string:abab"},
-        {"int concat string", TalvoConstant(1), [](TalvoConstant& c) { TalvoConstant x("ab"); c.concat(&x); }, "nil"},
     };
     for (auto& c : cases) {
         c.apply(c.start);
@@ -221,19 +204,14 @@ TEST(TalvoConstant, UnaryOperations_HaveStrictDomains) {
     } cases[] = {
         {"sqrt 0", &TalvoConstant::sqrt, TalvoConstant(0), "nil"},
         {"floor -2.7", &TalvoConstant::floor, TalvoConstant(-2.7), "nil"},
-        {"floor 0", &TalvoConstant::floor, TalvoConstant(0.0), "nil"},
         {"ceil -0.5", &TalvoConstant::ceil, TalvoConstant(-0.5), "nil"},
         {"acos 2 (library NaN)", &TalvoConstant::acos, TalvoConstant(2), "double:nan"},
-        {"sin string", &TalvoConstant::sin, TalvoConstant("0"), "nil"},
         // neg keeps the type; an int's absolute value is a double.
         {"neg INT_MIN wraps", &TalvoConstant::neg, TalvoConstant(INT_MIN), "int:-2147483648"},
-        {"neg string", &TalvoConstant::neg, TalvoConstant("1"), "nil"},
         {"abs int", &TalvoConstant::abs, TalvoConstant(-3), "double:3"},
         {"not int", &TalvoConstant::not_, TalvoConstant(1), "nil"},
         {"concat double", &TalvoConstant::concat, TalvoConstant(0.5), "string:x0.5"},
-        {"concat bool", &TalvoConstant::concat, TalvoConstant(true), "string:xtrue"},
         {"concat nil", &TalvoConstant::concat, TalvoConstant(), "nil"},
-        {"concat pointer", &TalvoConstant::concat, TalvoConstant(TalvoInteger::allocate(1), TalvoInteger::free, 0), "nil"},
     };
     for (auto& c : cases) {
         TalvoConstant result("x");
@@ -248,7 +226,6 @@ TEST(TalvoConstant, Dump_WritesTheValueWithoutNewline) {
         const char* expected;
     } cases[] = {
         {TalvoConstant(), "nil"},
-        {TalvoConstant(true), "true"},
         {TalvoConstant(1234567.0), "1.23457e+06"},
         {TalvoConstant("a\\nb"), "a\\nb"},  // no escape interpreted
         {TalvoConstant(TalvoInteger::allocate(0), TalvoInteger::free, 42), "42"},
