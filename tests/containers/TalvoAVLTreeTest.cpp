@@ -155,7 +155,8 @@ TEST(TalvoAVLTree, RemoveNthItem_RemovesThatPosition) {
 }
 
 // Removing through the cursor visits every remaining Item in order, also
-// among equal Items and when the removed node has two children.
+// among equal Items and when the removed node has two children; removing
+// backwards from the last Item then empties the tree in reverse order.
 TEST(TalvoAVLTree, CursorRemoveItem_VisitsRemainingInOrder) {
     std::vector<Keyed> k;
     for (int tag = 0; tag < 24; tag++)
@@ -177,6 +178,11 @@ TEST(TalvoAVLTree, CursorRemoveItem_VisitsRemainingInOrder) {
     }
     EXPECT_EQ(visited, before);
     EXPECT_EQ(tagsInOrder(tree), kept);
+    std::vector<int> removed;
+    for (c->resetOnLastItem(); !c->isBeforeFirstItem();)
+        removed.insert(removed.begin(), static_cast<Keyed*>(c->removeItemAndDecrement())->tag);
+    EXPECT_EQ(removed, kept);
+    EXPECT_TRUE(tree->isEmpty());
     delete c;
     delete tree;
 }
@@ -205,6 +211,23 @@ TEST(TalvoAVLTree, CursorRemoveOffItem_StillRemovesByCompareWithNull) {
     EXPECT_EQ(tree->getNumberOfItems(), 1);
     delete c;
     delete tree;
+}
+
+// Set operations count by identity, with repeats: an Item twice in this
+// tree and present in the other counts twice.
+TEST(TalvoAVLTree, SetOperations_ByIdentity) {
+    std::vector<Keyed> k = {{1, 0}, {2, 0}, {2, 1}, {3, 0}, {4, 0}};
+    TalvoAVLTree* a = new TalvoAVLTree(compareKeys);
+    TalvoAVLTree* b = new TalvoAVLTree(compareKeys);
+    for (int i : {0, 1, 1, 3})
+        a->insertItem(&k[i]);
+    for (int i : {1, 2, 4, 4})
+        b->insertItem(&k[i]);
+    EXPECT_EQ(a->getNumberOfItemsOfIntersection(b), 2);
+    EXPECT_EQ(a->getNumberOfItemsOfDifference(b), 2);
+    EXPECT_EQ(a->getNumberOfItemsOfUnion(b), 6);
+    delete a;
+    delete b;
 }
 
 namespace {
