@@ -52,16 +52,19 @@ void runManager(const char* pattern, const char* subject, const char* replacemen
     TalvoRegexManager* manager = new TalvoRegexManager(pattern);
     int position = manager->matchPattern(subject);
     check(position >= -1 && position < static_cast<int>(std::strlen(subject)) + 1, "match position");
-    // Captures persist between calls of one manager and back references read
-    // them, so the same call on the same manager may match elsewhere the
-    // second time: extraction is compared on a manager in the same state.
+    // Captures persist between calls of one manager, even those of failed
+    // attempts, and back references read them: the same call on the same
+    // manager may match elsewhere the second time. Extraction and splitting
+    // are therefore compared on managers in the first call's state.
     TalvoRegexManager* twin = new TalvoRegexManager(pattern);
     char* extracted = twin->extractPattern(subject);
     delete twin;
     check((position < 0) == (extracted == nullptr), "extract agrees with match");
     if (extracted)
         check(std::strstr(subject + position, extracted) == subject + position, "extract is the match");
-    TalvoList* pieces = manager->splitWithPattern(subject);
+    twin = new TalvoRegexManager(pattern);
+    TalvoList* pieces = twin->splitWithPattern(subject);
+    delete twin;
     check(pieces != nullptr, "split gives a list");
     char* first = manager->substitutePattern(subject, replacement);
     char* every = manager->substitutePatterns(subject, replacement);
