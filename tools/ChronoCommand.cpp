@@ -18,9 +18,6 @@ namespace {
 // points (or this floor), which bounds memory on any input length.
 constexpr int ReductionFactor = 8;
 constexpr int ReductionFloor = 4096;
-constexpr int PictureWidth = 640;
-constexpr int PictureHeight = 400;
-constexpr double PlotLeft = 60, PlotRight = 620, PlotTop = 40, PlotBottom = 350;
 
 struct PointSummary {
     double x;
@@ -57,8 +54,8 @@ bool drawPoints(const std::vector<PointSummary>& points, const std::string& path
         low = std::min(low, p.minimum);
         high = std::max(high, p.maximum);
     }
-    SvgScale x(left, right, PlotLeft, PlotRight);
-    SvgScale y(low, high, PlotBottom, PlotTop);
+    SvgScale x = SvgChart::horizontal(left, right);
+    SvgScale y = SvgChart::vertical(low, high);
     // Each point is drawn at the centre of its interval: the band runs along
     // the maxima and back along the minima, the line through the means.
     SvgPicture::Points band, means;
@@ -68,17 +65,13 @@ bool drawPoints(const std::vector<PointSummary>& points, const std::string& path
     }
     for (auto p = points.rbegin(); p != points.rend(); ++p)
         band.emplace_back(x(p->x - p->width / 2), y(p->minimum));
-    SvgPicture picture(PictureWidth, PictureHeight);
-    picture.addPolygon(band, "lightsteelblue");
-    picture.addPolyline(means, "navy");
-    picture.addLine(PlotLeft, PlotBottom, PlotRight, PlotBottom, "black");
-    picture.addLine(PlotLeft, PlotTop, PlotLeft, PlotBottom, "black");
-    picture.addText(PlotLeft, PlotBottom + 20, formatLabel(left), "start");
-    picture.addText(PlotRight, PlotBottom + 20, formatLabel(right), "end");
-    picture.addText(PlotLeft - 6, PlotBottom, formatLabel(low), "end");
-    picture.addText(PlotLeft - 6, PlotTop + 10, formatLabel(high), "end");
-    picture.addText(PictureWidth / 2.0, 24, "mean with minimum-maximum band", "middle");
-    return picture.writeTo(path);
+    SvgChart chart;
+    chart.addPolygon(band, "lightsteelblue");
+    chart.addPolyline(means, "navy");
+    chart.addHorizontalAxis(left, right);
+    chart.addVerticalAxis(low, high);
+    chart.addTitle("mean with minimum-maximum band");
+    return chart.writeTo(path);
 }
 
 // Feeds the "x y" lines of one input; x must not go back within the history.

@@ -26,9 +26,6 @@ constexpr int HistogramBarWidth = 50;
 // A shrink can leave a last bin holding only rounding residue; bins lighter
 // than this fraction of the total are not shown.
 constexpr double NegligibleWeightFraction = 1e-9;
-constexpr int PictureWidth = 640;
-constexpr int PictureHeight = 400;
-constexpr double PlotLeft = 60, PlotRight = 620, PlotTop = 40, PlotBottom = 350;
 
 // One bin of the histogram: its interval, weight and weight per unit of x.
 struct Bin {
@@ -143,22 +140,20 @@ void printHistogram(const std::vector<Bin>& bins) {
 }
 
 bool drawHistogram(const std::vector<Bin>& bins, long long count, const std::string& path) {
-    SvgPicture picture(PictureWidth, PictureHeight);
+    SvgChart chart;
     double low = bins.front().from;
     double high = bins.back().to;
-    SvgScale x(low, high, PlotLeft, PlotRight);
-    SvgScale y(0, highestDensity(bins), PlotBottom, PlotTop);
+    SvgScale x = SvgChart::horizontal(low, high);
+    SvgScale y = SvgChart::vertical(0, highestDensity(bins));
     for (const Bin& bin : bins) {
         double left = x(bin.from);
         double width = std::max(x(bin.to) - left, 1.0);
         double top = y(bin.density);
-        picture.addRectangle(left, top, width, PlotBottom - top, "steelblue");
+        chart.addRectangle(left, top, width, SvgChart::Bottom - top, "steelblue");
     }
-    picture.addLine(PlotLeft, PlotBottom, PlotRight, PlotBottom, "black");
-    picture.addText(PlotLeft, PlotBottom + 20, formatLabel(low), "start");
-    picture.addText(PlotRight, PlotBottom + 20, formatLabel(high), "end");
-    picture.addText(PictureWidth / 2.0, 24, "histogram of " + std::to_string(count) + " values", "middle");
-    return picture.writeTo(path);
+    chart.addHorizontalAxis(low, high);
+    chart.addTitle("histogram of " + std::to_string(count) + " values");
+    return chart.writeTo(path);
 }
 
 }  // namespace

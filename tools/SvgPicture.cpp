@@ -51,6 +51,22 @@ void SvgPicture::addText(double x, double y, const std::string& text, const char
             + "</text>\n";
 }
 
+void SvgChart::addHorizontalAxis(double low, double high) {
+    addLine(Left, Bottom, Right, Bottom, "black");
+    addText(Left, Bottom + 20, formatLabel(low), "start");
+    addText(Right, Bottom + 20, formatLabel(high), "end");
+}
+
+void SvgChart::addVerticalAxis(double low, double high) {
+    addLine(Left, Top, Left, Bottom, "black");
+    addText(Left - 6, Bottom, formatLabel(low), "end");
+    addText(Left - 6, Top + 10, formatLabel(high), "end");
+}
+
+void SvgChart::addTitle(const std::string& title) {
+    addText(Width / 2.0, 24, title, "middle");
+}
+
 std::string SvgPicture::formatPoints(const Points& points) {
     std::string text;
     for (const auto& point : points) {

@@ -47,6 +47,26 @@ private:
     double factor;
 };
 
+// A chart of the tool's standard size: a picture with a plotting area,
+// axes labelled at their ends and a title above.
+class SvgChart : public SvgPicture {
+public:
+    static constexpr int Width = 640, Height = 400;
+    static constexpr double Left = 60, Right = 620, Top = 40, Bottom = 350;
+
+    SvgChart() : SvgPicture(Width, Height) {}
+
+    // Maps [low, high] of the data onto the plotting area's width or height.
+    static SvgScale horizontal(double low, double high) { return SvgScale(low, high, Left, Right); }
+    static SvgScale vertical(double low, double high) { return SvgScale(low, high, Bottom, Top); }
+
+    // The bottom line, labelled with `low` and `high` at its ends.
+    void addHorizontalAxis(double low, double high);
+    // The left line, labelled with `low` and `high` at its ends.
+    void addVerticalAxis(double low, double high);
+    void addTitle(const std::string& title);
+};
+
 // "%.6g" of a value, for labels.
 std::string formatLabel(double value);
 
