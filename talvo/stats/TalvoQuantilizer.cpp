@@ -31,6 +31,16 @@ bool ascending(double a, double b) {
     return a < b || (std::isnan(b) && !std::isnan(a));
 }
 
+// A table of `capacity` values, or null when its values cannot be allocated.
+TalvoQuantileTable* newTableOf(int capacity) {
+    TalvoQuantileTable* table = new TalvoQuantileTable(capacity);
+    if (table && table->getCapacity() != capacity) {
+        delete table;
+        return nullptr;
+    }
+    return table;
+}
+
 }  // namespace
 
 // ---------------------------------------------------------------- table
@@ -109,8 +119,8 @@ bool TalvoQuantilizer::_allocateTables() {
     if (!tables)
         return false;
     for (int i = 0; i <= numberOfBuffers; ++i) {
-        tables[i] = new TalvoQuantileTable(bufferSize);
-        if (!tables[i] || tables[i]->getCapacity() != bufferSize)
+        tables[i] = newTableOf(bufferSize);
+        if (!tables[i])
             return false;
     }
     return true;
@@ -267,11 +277,9 @@ TalvoQuantileTable* TalvoQuantilizer::extractQuantiles(int n) {
     if (!tables || n < 1)
         return nullptr;
     int last = _lastDataBuffer();
-    TalvoQuantileTable* result = new TalvoQuantileTable(n);
-    if (!result || result->getCapacity() != n) {
-        delete result;
+    TalvoQuantileTable* result = newTableOf(n);
+    if (!result)
         return nullptr;
-    }
     TalvoQuantileTable* scratch = tables[0];
     tables[0] = result;
     collapseBuffers(1, last);
@@ -283,11 +291,9 @@ TalvoQuantileTable* TalvoQuantilizer::extractBins(int n) {
     if (!tables || n < 1)
         return nullptr;
     int last = _lastDataBuffer();
-    TalvoQuantileTable* result = new TalvoQuantileTable(n);
-    if (!result || result->getCapacity() != n) {
-        delete result;
+    TalvoQuantileTable* result = newTableOf(n);
+    if (!result)
         return nullptr;
-    }
     _rewindCursors(last);
     long long total = 0;
     for (int i = 1; i <= last; ++i)
@@ -326,11 +332,9 @@ TalvoQuantileTable* TalvoQuantilizer::extractDistribution(double minimum, double
     if (!tables || n < 1)
         return nullptr;
     int last = _lastDataBuffer();
-    TalvoQuantileTable* result = new TalvoQuantileTable(n);
-    if (!result || result->getCapacity() != n) {
-        delete result;
+    TalvoQuantileTable* result = newTableOf(n);
+    if (!result)
         return nullptr;
-    }
     double width = (maximum - minimum) / n;
     for (int i = 1; i <= last; ++i) {
         const TalvoQuantileTable* t = tables[i];
