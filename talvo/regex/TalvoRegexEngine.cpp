@@ -3,8 +3,8 @@
 #include <talvo/regex/TalvoRegex.h>
 #include <talvo/regex/TalvoRegexManager.h>
 
-#include <bitset>
 #include <cassert>
+#include <cstdint>
 #include <cstring>
 #include <unordered_map>
 
@@ -41,9 +41,56 @@ bool opensWithByte(const std::vector<TalvoRegexInstruction>& code, const TalvoRe
     return in.left >= 0 && (isSingleByte(code[in.left].type) || code[in.left].byteGroup);
 }
 
+// A set of byte values, a bit each.
+struct ByteSet {
+    std::uint64_t words[4] = {};
+
+    void add(int b) { words[b >> 6] |= std::uint64_t{1} << (b & 63); }
+    void addAllButZero() {
+        for (std::uint64_t& w : words) w = ~std::uint64_t{0};
+        words[0] &= ~std::uint64_t{1};
+    }
+    void addAll() { for (std::uint64_t& w : words) w = ~std::uint64_t{0}; }
+    bool full() const { return (words[0] & words[1] & words[2] & words[3]) == ~std::uint64_t{0}; }
+    ByteSet operator|(const ByteSet& other) const {
+        ByteSet both;
+        for (int i = 0; i < 4; i++) both.words[i] = words[i] | other.words[i];
+        return both;
+    }
+    bool operator==(const ByteSet& other) const { return std::memcmp(words, other.words, sizeof words) == 0; }
+    // Writes the set as a table of 256 flags; the cost goes with the bytes in it.
+    void fill(bool* table) const {
+        std::memset(table, 0, kByteCount);
+        for (int i = 0; i < 4; i++)
+            for (std::uint64_t w = words[i]; w != 0; w &= w - 1) table[i * 64 + __builtin_ctzll(w)] = true;
+    }
+};
+
+struct ByteSetHash {
+    std::size_t operator()(const ByteSet& set) const {
+        std::uint64_t h = 0;
+        for (std::uint64_t w : set.words) h = (h ^ w) * 0x9E3779B97F4A7C15ull;
+        return static_cast<std::size_t>(h ^ (h >> 32));
+    }
+};
+
+// Byte tables already made for guards, by the set they hold.
+using GuardTables = std::unordered_map<ByteSet, int, ByteSetHash>;
+
+// The index in `tables` of the table holding `bytes`, made on first use:
+// nodes that start alike (a concatenation and its left operand, say) share one.
+int guardTable(const ByteSet& bytes, GuardTables& made, std::vector<std::array<bool, kByteCount>>& tables) {
+    auto [entry, added] = made.try_emplace(bytes, static_cast<int>(tables.size()));
+    if (added) {
+        tables.emplace_back();
+        bytes.fill(tables.back().data());
+    }
+    return entry->second;
+}
+
 // What an attempt starting at a position after 0 where a byte stands can do.
 struct StartInfo {
-    std::bitset<kByteCount> first;  // bytes a consuming path can start with
+    ByteSet first;  // bytes a consuming path can start with
     bool nullable = false;   // may succeed without consuming
     bool unsafe = false;     // may record a capture before consuming
     bool anchored = false;   // always fails there, recording nothing
@@ -91,7 +138,8 @@ int TalvoRegexProgram::indexOf(const TalvoRegex* node) const {
     return -1;
 }
 
-void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const TalvoRegex*>& extra) {
+void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const TalvoRegex*>& extra,
+                              std::size_t expectedNodes) {
     code.clear();
     tables.clear();
     nodes.clear();
@@ -107,6 +155,10 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
     std::unordered_map<const TalvoRegex*, int> seen;  // node -> instruction index
     std::vector<int> colour;
     std::vector<std::pair<const TalvoRegex*, bool>> work;  // node, children done
+    seen.reserve(expectedNodes);
+    colour.reserve(expectedNodes);
+    code.reserve(expectedNodes);
+    nodes.reserve(expectedNodes);
     std::vector<const TalvoRegex*> roots(1, top);
     roots.insert(roots.end(), extra.begin(), extra.end());
     for (const TalvoRegex* r : roots) {
@@ -166,6 +218,7 @@ void TalvoRegexProgram::_computeFilters() {
     std::vector<StartInfo> info(code.size());
     std::vector<std::pair<int, bool>> work{{root, false}};
     std::vector<bool> done(code.size(), false);
+    GuardTables guards(code.size());
     while (!work.empty()) {
         auto [i, expanded] = work.back();
         work.pop_back();
@@ -180,26 +233,24 @@ void TalvoRegexProgram::_computeFilters() {
         if (done[i]) continue;
         done[i] = true;
         StartInfo& s = info[i];
-        StartInfo none;
-        none.first.reset();  // a missing operand never matches
+        StartInfo none;  // a missing operand never matches
         const StartInfo& l = in.left >= 0 ? info[in.left] : none;
         const StartInfo& r = in.right >= 0 ? info[in.right] : none;
         switch (in.type) {
         case TalvoRegex::TYPE_DOT:
-            s.first.set();
-            s.first.reset(0);
+            s.first.addAllButZero();
             break;
         case TalvoRegex::TYPE_CHAR:
         case TalvoRegex::TYPE_ESCAPEDCHAR:
             if (in.byte != 0) {
-                s.first.set(in.byte);
+                s.first.add(in.byte);
                 s.prefix.assign(1, static_cast<char>(in.byte));
                 s.complete = true;
             }
             break;
         case TalvoRegex::TYPE_CHARCLASS:
             for (int b = 1; b < kByteCount; b++)
-                if (tables[in.table][b]) s.first.set(b);
+                if (tables[in.table][b]) s.first.add(b);
             break;
         case TalvoRegex::TYPE_ALTERNATION:
             s.first = l.first | r.first;
@@ -242,19 +293,14 @@ void TalvoRegexProgram::_computeFilters() {
             s.anchored = true;  // a byte stands at every start tried, and it is not 0
             break;
         case TalvoRegex::TYPE_BACKREFERENCE:
-            s.first.set();
+            s.first.addAll();
             s.nullable = true;
             s.unsafe = true;
             break;
         default:
             break;
         }
-        if (!s.nullable && !s.unsafe && !s.first.all()) {
-            std::array<bool, kByteCount> guard{};
-            for (int b = 0; b < kByteCount; b++) guard[b] = s.first.test(b);
-            code[i].guard = static_cast<int>(tables.size());
-            tables.push_back(guard);
-        }
+        if (!s.nullable && !s.unsafe && !s.first.full()) code[i].guard = guardTable(s.first, guards, tables);
     }
     int first = root;
     while (code[first].type == TalvoRegex::TYPE_CONCATENATION && code[first].left >= 0) first = code[first].left;
@@ -271,7 +317,7 @@ void TalvoRegexProgram::_computeFilters() {
     caretPrefix = prefixAfterCaret(code, root, info);
     useFirstBytes = !top.nullable && !top.unsafe;
     _computeSpine();
-    for (int b = 0; b < kByteCount; b++) firstBytes[b] = top.first.test(b);
+    top.first.fill(firstBytes);
 }
 
 // Every attempt opens by going down the concatenations on the left edge,

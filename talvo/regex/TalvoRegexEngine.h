@@ -82,7 +82,8 @@ struct TalvoRegexProgram {
 
     // Flattens the tree under `root` (and the extra nodes, which may be
     // reached from a caller's stack). Iterative: any depth is fine.
-    void build(const TalvoRegex* root, const std::vector<const TalvoRegex*>& extra);
+    // `expectedNodes`, when known, saves regrowing the tables on the way.
+    void build(const TalvoRegex* root, const std::vector<const TalvoRegex*>& extra, std::size_t expectedNodes = 0);
     // The instruction index of a node, -1 when not in the program.
     int indexOf(const TalvoRegex* node) const;
     // The first start at or after `start` (below `end`, the text's length)

@@ -114,7 +114,7 @@ bool TalvoRegexManager::_ensureCompiled() {
     }
     if (program == nullptr || matcher == nullptr) return false;
     if (!programIsCurrent) {
-        program->build(topRegex, {});
+        program->build(topRegex, {}, static_cast<std::size_t>(nodes->getNumberOfItems()));
         programIsCurrent = true;
     }
     return program->valid;
