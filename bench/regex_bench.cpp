@@ -5,7 +5,9 @@
 // counters agree across engines. The text is bench/make_inputs.py's
 // text.txt when TALVO_BENCH_DATA names its directory, else the same kind of
 // text generated here. Throughput is reported in bytes/s.
-// Benchmark names are "regex_<count|extract>/<impl>/<pattern>".
+// Benchmark names are "regex_<count|extract>/<impl>/<pattern>"; the
+// "regex_compile/<impl>/<pattern>" ones time making a ready pattern from its
+// text, what a one-shot call (the raw-string pattern functions) pays each time.
 #include "support/BenchInputs.h"
 
 #include <talvo/foundation/TalvoRawString.h>
@@ -234,7 +236,31 @@ void extractPcre2(benchmark::State& state, const Pattern& p, bool jit) {
     state.counters["matched_bytes"] = static_cast<double>(bytes);
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * textBytes()));
 }
+
+void compilePcre2(benchmark::State& state, const Pattern& p, bool jit) {
+    for (auto _ : state) {
+        Pcre2Pattern re(p.ecmascript, jit);
+        benchmark::DoNotOptimize(re.valid());
+    }
+}
 #endif
+
+// The library compiles on first use: matching the empty text compiles and
+// flattens the pattern and tries it once.
+void compileTalvo(benchmark::State& state, const Pattern& p) {
+    for (auto _ : state) {
+        TalvoRegexManager* manager = new TalvoRegexManager(p.talvo);
+        benchmark::DoNotOptimize(manager->matchPattern(""));
+        delete manager;
+    }
+}
+
+void compileStd(benchmark::State& state, const Pattern& p) {
+    for (auto _ : state) {
+        std::regex re(p.ecmascript, std::regex::ECMAScript);
+        benchmark::DoNotOptimize(re.mark_count());
+    }
+}
 
 int registerAll() {
     for (const Pattern& p : kPatterns) {
@@ -243,6 +269,8 @@ int registerAll() {
         benchmark::RegisterBenchmark(("regex_count/std/" + name).c_str(), countStd, p)->Unit(benchmark::kMillisecond);
         benchmark::RegisterBenchmark(("regex_extract/talvo/" + name).c_str(), extractTalvo, p)->Unit(benchmark::kMillisecond);
         benchmark::RegisterBenchmark(("regex_extract/std/" + name).c_str(), extractStd, p)->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark(("regex_compile/talvo/" + name).c_str(), compileTalvo, p);
+        benchmark::RegisterBenchmark(("regex_compile/std/" + name).c_str(), compileStd, p);
 #ifdef TALVO_BENCH_HAVE_PCRE2
         for (bool jit : {false, true}) {
             std::string impl = jit ? "pcre2jit/" : "pcre2/";
@@ -250,6 +278,7 @@ int registerAll() {
                 ->Unit(benchmark::kMillisecond);
             benchmark::RegisterBenchmark(("regex_extract/" + impl + name).c_str(), extractPcre2, p, jit)
                 ->Unit(benchmark::kMillisecond);
+            benchmark::RegisterBenchmark(("regex_compile/" + impl + name).c_str(), compilePcre2, p, jit);
         }
 #endif
     }

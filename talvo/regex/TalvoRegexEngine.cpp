@@ -216,7 +216,9 @@ void TalvoRegexProgram::_computeFilters() {
     // Children always finish before their parent, so a pass in post order
     // (recomputed here from the code) sees every operand's facts first.
     std::vector<StartInfo> info(code.size());
-    std::vector<std::pair<int, bool>> work{{root, false}};
+    std::vector<std::pair<int, bool>> work;
+    work.reserve(2 * code.size());
+    work.push_back({root, false});
     std::vector<bool> done(code.size(), false);
     GuardTables guards(code.size());
     while (!work.empty()) {
