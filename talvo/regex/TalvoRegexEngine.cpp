@@ -6,7 +6,6 @@
 #include <cassert>
 #include <cstdint>
 #include <cstring>
-#include <unordered_map>
 
 namespace {
 
@@ -66,26 +65,78 @@ struct ByteSet {
     }
 };
 
-struct ByteSetHash {
-    std::size_t operator()(const ByteSet& set) const {
-        std::uint64_t h = 0;
-        for (std::uint64_t w : set.words) h = (h ^ w) * 0x9E3779B97F4A7C15ull;
-        return static_cast<std::size_t>(h ^ (h >> 32));
+const std::uint64_t kHashMultiplier = 0x9E3779B97F4A7C15ull;
+
+std::size_t hashOf(const ByteSet& set) {
+    std::uint64_t h = 0;
+    for (std::uint64_t w : set.words) h = (h ^ w) * kHashMultiplier;
+    return static_cast<std::size_t>(h ^ (h >> 32));
+}
+
+std::size_t hashOf(const TalvoRegex* node) {
+    std::uint64_t h = reinterpret_cast<std::uintptr_t>(node) * kHashMultiplier;
+    return static_cast<std::size_t>(h ^ (h >> 32));
+}
+
+// Key -> non-negative index, in one array probed linearly: compiling fills
+// a few of these per pattern, and a node-based map would allocate per key.
+// Keys are never removed.
+template <typename Key>
+class FlatIndex {
+public:
+    explicit FlatIndex(std::size_t expected) { _resize(expected); }
+
+    // The index of `key`, -1 when absent.
+    int find(const Key& key) const { return _slots[_slotOf(key)].index; }
+
+    // The index of `key`, storing `index` for it first when absent.
+    int insert(const Key& key, int index) {
+        Slot& slot = _slots[_slotOf(key)];
+        if (slot.index >= 0) return slot.index;
+        slot = {key, index};
+        if (++_used * 2 > _slots.size()) _resize(_used);
+        return index;
     }
+
+private:
+    struct Slot {
+        Key key{};
+        int index = -1;
+    };
+
+    std::size_t _slotOf(const Key& key) const {
+        std::size_t mask = _slots.size() - 1;
+        std::size_t i = hashOf(key) & mask;
+        while (_slots[i].index >= 0 && !(_slots[i].key == key)) i = (i + 1) & mask;
+        return i;
+    }
+
+    // Room for `count` keys at most a quarter full, keeping those held.
+    void _resize(std::size_t count) {
+        std::size_t size = 16;
+        while (size < 4 * count) size *= 2;
+        std::vector<Slot> old(size);
+        old.swap(_slots);
+        for (const Slot& slot : old)
+            if (slot.index >= 0) _slots[_slotOf(slot.key)] = slot;
+    }
+
+    std::vector<Slot> _slots;
+    std::size_t _used = 0;
 };
 
 // Byte tables already made for guards, by the set they hold.
-using GuardTables = std::unordered_map<ByteSet, int, ByteSetHash>;
+using GuardTables = FlatIndex<ByteSet>;
 
 // The index in `tables` of the table holding `bytes`, made on first use:
 // nodes that start alike (a concatenation and its left operand, say) share one.
 int guardTable(const ByteSet& bytes, GuardTables& made, std::vector<std::array<bool, kByteCount>>& tables) {
-    auto [entry, added] = made.try_emplace(bytes, static_cast<int>(tables.size()));
-    if (added) {
+    int index = made.insert(bytes, static_cast<int>(tables.size()));
+    if (index == static_cast<int>(tables.size())) {
         tables.emplace_back();
         bytes.fill(tables.back().data());
     }
-    return entry->second;
+    return index;
 }
 
 // What an attempt starting at a position after 0 where a byte stands can do.
@@ -152,10 +203,9 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
     valid = top != nullptr;
     if (!valid) return;
     enum { GREY, BLACK };
-    std::unordered_map<const TalvoRegex*, int> seen;  // node -> instruction index
+    FlatIndex<const TalvoRegex*> seen(expectedNodes);  // node -> instruction index
     std::vector<int> colour;
     std::vector<std::pair<const TalvoRegex*, bool>> work;  // node, children done
-    seen.reserve(expectedNodes);
     colour.reserve(expectedNodes);
     code.reserve(expectedNodes);
     nodes.reserve(expectedNodes);
@@ -166,14 +216,14 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
         while (!work.empty()) {
             auto [node, done] = work.back();
             work.pop_back();
-            auto found = seen.find(node);
+            int found = seen.find(node);
             if (!done) {
-                if (found != seen.end()) {
-                    if (colour[found->second] == GREY) valid = false;  // a cycle
+                if (found >= 0) {
+                    if (colour[found] == GREY) valid = false;  // a cycle
                     continue;
                 }
                 int index = static_cast<int>(code.size());
-                seen[node] = index;
+                seen.insert(node, index);
                 colour.push_back(GREY);
                 nodes.push_back(node);
                 TalvoRegexInstruction in{node->getType(), -1, -1, node->getBackReferenceNumber(), 0, -1, false, -1, -1};
@@ -196,14 +246,14 @@ void TalvoRegexProgram::build(const TalvoRegex* top, const std::vector<const Tal
                 if (binary && node->getRightArgument() != nullptr) work.push_back({node->getRightArgument(), false});
                 if ((binary || unary) && node->getLeftArgument() != nullptr) work.push_back({node->getLeftArgument(), false});
             } else {
-                int index = found->second;
+                int index = found;
                 colour[index] = BLACK;
                 TalvoRegexInstruction& in = code[index];
                 bool binary = in.type == TalvoRegex::TYPE_ALTERNATION || in.type == TalvoRegex::TYPE_CONCATENATION;
                 bool unary = (in.type >= TalvoRegex::TYPE_STAR && in.type <= TalvoRegex::TYPE_QMARK) ||
                              in.type == TalvoRegex::TYPE_GROUP;
-                if ((binary || unary) && node->getLeftArgument() != nullptr) in.left = seen[node->getLeftArgument()];
-                if (binary && node->getRightArgument() != nullptr) in.right = seen[node->getRightArgument()];
+                if ((binary || unary) && node->getLeftArgument() != nullptr) in.left = seen.find(node->getLeftArgument());
+                if (binary && node->getRightArgument() != nullptr) in.right = seen.find(node->getRightArgument());
                 in.byteGroup = in.type == TalvoRegex::TYPE_GROUP && in.left >= 0 && isSingleByte(code[in.left].type);
             }
         }
