@@ -28,6 +28,8 @@ std::vector<void*> slots(TalvoArray* a) {
 }
 
 int compareWithNull(void* a, void* b) { return a == b ? 0 : 1; }
+// Compares values; the empty slots it is also given match nothing.
+int compareValues(void* item, void* key) { return item && compareInts(item, key) == 0 ? 0 : 1; }
 
 }  // namespace
 
@@ -103,7 +105,47 @@ TEST(TalvoArray, SearchesAndNthItems) {
     EXPECT_EQ(a->findItemIndex(I(9)), -1);
     EXPECT_TRUE(a->contains(nullptr));
     EXPECT_EQ(a->searchIndexOfItem(compareWithNull, nullptr), 0);
+    int three = 3;
+    EXPECT_EQ(a->searchItem(compareValues, &three), I(3));
+    EXPECT_EQ(empty.getFirstItem(), nullptr);
+    EXPECT_EQ(a->getFirstItem(), I(1));  // not slot 0
+    a->setCell(4, I(4));
+    EXPECT_EQ(a->getLastItem(), I(4));  // not slot size - 1
+    a->swap(0, 3);
+    a->swap(0, 6);
+    EXPECT_EQ(slots(a), (std::vector<void*>{I(3), I(1), nullptr, nullptr, I(4), nullptr}));
+    a->removeItems();
+    EXPECT_EQ(slots(a), std::vector<void*>(6, nullptr));
+    EXPECT_EQ(a->getNumberOfItems(), 0);
     delete a;
+}
+
+// Copies keep the increment, not the size, as the growth step.
+TEST(TalvoArray, CopiesAndDeletes) {
+    TalvoArray* a = new TalvoArray(3);
+    a->setCell(1, I(1));
+    a->setCell(4, I(4));
+    TalvoArray* c = a->copy();
+    EXPECT_EQ(slots(c), (std::vector<void*>{nullptr, I(1), nullptr, nullptr, I(4), nullptr}));
+    EXPECT_EQ(c->getNumberOfItems(), 2);
+    c->setCell(6, I(6));
+    EXPECT_EQ(c->getSize(), 9);
+    delete c;
+    delete a;
+    TalvoArray* boxes = new TalvoArray(4);
+    boxes->setCell(2, TalvoInteger::allocate(7));
+    boxes->setCell(3, TalvoInteger::allocate(8));
+    TalvoArray* copies = boxes->copyWithItems(TalvoInteger::copy);
+    EXPECT_EQ(copies->getNumberOfItems(), 2);
+    EXPECT_NE(copies->getCell(2), boxes->getCell(2));
+    EXPECT_EQ(*static_cast<int*>(copies->getCell(2)), 7);
+    copies->deleteWithItems(TalvoInteger::free);  // the balance check sees a missed free
+    boxes->deleteItem(2, TalvoInteger::free);
+    boxes->deleteItem(2, TalvoInteger::free);  // empty now: nothing to free twice
+    boxes->deleteItem(4, TalvoInteger::free);
+    EXPECT_EQ(boxes->getCell(2), nullptr);
+    EXPECT_EQ(boxes->getNumberOfItems(), 1);
+    boxes->deleteWithItems(TalvoInteger::free);
 }
 
 TEST(TalvoArray, ClearBlockBoundIsInclusive) {
@@ -145,6 +187,11 @@ TEST(TalvoArray, CompactAndSortBlockKeepOrder) {
     EXPECT_EQ(slots(packed), (std::vector<void*>{I(1), I(3), nullptr, nullptr, nullptr, I(5)}));
     packed->compactBlockRight(0, 3);
     EXPECT_EQ(slots(packed), (std::vector<void*>{nullptr, nullptr, I(1), I(3), nullptr, I(5)}));
+    packed->compactLeft();
+    EXPECT_EQ(slots(packed), (std::vector<void*>{I(1), I(3), I(5), nullptr, nullptr, nullptr}));
+    packed->compactRight();
+    EXPECT_EQ(slots(packed), (std::vector<void*>{nullptr, nullptr, nullptr, I(1), I(3), I(5)}));
+    EXPECT_EQ(packed->getNumberOfItems(), 3);
     delete packed;
     int a = 21, b = 15, c = 25, d = 11, e = 3, f = 99;
     TalvoArray* arr = arrayOf(8, {&f, &a, nullptr, &b, &c, nullptr, &d, &e});

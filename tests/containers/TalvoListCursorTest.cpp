@@ -127,3 +127,31 @@ TEST(TalvoListCursor, InsertionsInTheMiddleAreNotCounted) {
     EXPECT_EQ(list.getNumberOfItems(), -2);
     EXPECT_EQ(list.getTop(), nullptr);
 }
+
+// Copies take the list too; item edits leave both cursors on their cells.
+TEST(TalvoListCursor, CopiesAndItemEdits) {
+    TalvoList list(4, I(1), I(2), I(3), I(2));
+    TalvoListCursor c(&list);
+    c.resetOnItem(I(9));
+    EXPECT_EQ(stateOf(c), After);
+    c.resetOnItem(I(2));
+    EXPECT_EQ(stateOf(c), on(I(2), false, false));  // the first occurrence
+    c.increment();
+    TalvoListCursor* d = c.copy();
+    d->increment();
+    EXPECT_EQ(stateOf(c), on(I(3), false, false));
+    TalvoList other(1, I(7));
+    TalvoListCursor e(&other);
+    e.resetOnCursor(d);
+    EXPECT_EQ(stateOf(e), on(I(2), false, true));  // last of list, not of other
+    delete d;
+    TalvoListCursor off(&list);
+    c.exchangeItems(&off);
+    off.exchangeItems(&c);
+    c.exchangeItems(&e);
+    EXPECT_EQ(stateOf(c), on(I(2), false, false));
+    EXPECT_EQ(stateOf(e), on(I(3), false, true));
+    EXPECT_EQ(c.substituteItemForItem(I(9)), I(2));
+    EXPECT_EQ(off.substituteItemForItem(I(8)), nullptr);
+    EXPECT_EQ(forward(&list), (std::vector<void*>{I(1), I(2), I(9), I(3)}));
+}

@@ -3,6 +3,7 @@
 #include "ContainerTestHelpers.h"
 
 #include <talvo/containers/TalvoList.h>
+#include <talvo/foundation/TalvoComparator.h>
 #include <talvo/foundation/TalvoInteger.h>
 
 #include <algorithm>
@@ -34,6 +35,20 @@ struct Marked {
 int testMark(void* item) { return static_cast<Marked*>(item)->mark; }
 void setMark(void* item, int flag) { static_cast<Marked*>(item)->mark = flag; }
 
+// 0 when the item is above the key: a search that swaps (item, key) finds another item.
+int zeroWhenAbove(void* item, void* key) { return *static_cast<int*>(item) > *static_cast<int*>(key) ? 0 : 1; }
+
+template <int (*compare)(void*, void*)>
+struct ComparatorOf : TalvoComparator {
+    int compareItems(void* a, void* b) override { return compare(a, b); }
+};
+
+std::vector<void*> freed;
+void recordFree(void* item) { freed.push_back(item); }
+
+// Keys looked up in the context: key of item v is context[v].
+void* keyInContext(void* item, void* context) { return static_cast<int*>(context) + *static_cast<int*>(item); }
+
 }  // namespace
 
 TEST(TalvoList, AssignmentSharesCellsWhileCountsDiverge) {
@@ -61,6 +76,20 @@ TEST(TalvoList, GetNthItemPositions) {
                  {INT_MIN, nullptr}};
     for (auto& row : table)
         EXPECT_EQ(list.getNthItem(row.position), row.expected) << "position " << row.position;
+}
+
+// Positions count from 1 and find the first occurrence; searches compare
+// (item, key) and return the list's item, not the key.
+TEST(TalvoList, Search_PositionsAndLookUp) {
+    TalvoList list(4, I(1), I(3), I(2), I(3));
+    EXPECT_EQ(list.getItemPosition(I(3)), 2);
+    EXPECT_EQ(list.getItemPosition(I(9)), 0);
+    int two = 2;
+    ComparatorOf<zeroWhenAbove> above;
+    EXPECT_EQ(list.searchItem(zeroWhenAbove, &two), I(3));
+    EXPECT_EQ(list.searchItemWithComparator(&above, &two), I(3));
+    EXPECT_EQ(list.searchItem(compareInts, &two), I(2));
+    EXPECT_EQ(list.searchItem(zeroWhenAbove, I(9)), nullptr);
 }
 
 TEST(TalvoList, InsertItemInPositionBounds) {
@@ -101,6 +130,9 @@ TEST(TalvoList, RemovalsKeepLinks) {
     EXPECT_EQ(list.removeNthItem(-1), I(4));
     EXPECT_EQ(list.removeNthItem(0), nullptr);
     expectList(&list, {I(1), I(3), I(2)});
+    list.enQueue(I(5));
+    EXPECT_EQ(list.deQueue(), I(1));
+    expectList(&list, {I(3), I(2), I(5)});
 }
 
 TEST(TalvoList, DeleteItemsWithOtherFreesEveryItemOfOther) {
@@ -114,6 +146,33 @@ TEST(TalvoList, DeleteItemsWithOtherFreesEveryItemOfOther) {
     expectList(&list, {b, a});  // only the first occurrence of a goes
     list.removeItems();
     TalvoInteger::free(b);
+}
+
+// Matches first, last and side by side in the middle all go; the delete
+// forms free exactly the matching items, in order.
+TEST(TalvoList, CompareAndRemoveItems_EveryMatch) {
+    int a = 21, b = 5, c = 22, d = 23, e = 7, f = 29, key = 20;
+    ComparatorOf<compareTens> tens;
+    struct {
+        std::vector<void*> items, kept, removed;
+    } table[] = {{{&a, &b, &c, &d, &e, &f}, {&b, &e}, {&a, &c, &d, &f}}, {{&a, &c}, {}, {&a, &c}}, {{&b}, {&b}, {}}};
+    std::function<void(TalvoList&)> forms[] = {
+        [&](TalvoList& l) { l.compareAndRemoveItems(compareTens, &key); },
+        [&](TalvoList& l) { l.compareAndRemoveItems(&tens, &key); },
+        [&](TalvoList& l) { l.compareAndDeleteItems(compareTens, &key, recordFree); },
+        [&](TalvoList& l) { l.compareAndDeleteItems(&tens, &key, recordFree); }};
+    for (auto& row : table) {
+        for (int form = 0; form < 4; ++form) {
+            TalvoList list;
+            for (void* item : row.items)
+                list.enQueue(item);
+            freed.clear();
+            forms[form](list);
+            SCOPED_TRACE("form " + std::to_string(form) + ", items " + std::to_string(row.items.size()));
+            expectList(&list, row.kept);
+            EXPECT_EQ(freed, form < 2 ? std::vector<void*>{} : row.removed);
+        }
+    }
 }
 
 TEST(TalvoList, ExtractRangeClipsToList) {
@@ -158,6 +217,11 @@ TEST(TalvoList, BuildOperationsWithRepeatedItems) {
     expectList(u, {I(1), I(2), I(1), I(3), I(4), I(5)});
     expectList(i, {I(1), I(1), I(3)});
     expectList(d, {I(2), I(4)});
+    // The union count adds other's count to the cells here not in other: 3 + 2,
+    // one less than buildUnion's list.
+    EXPECT_EQ(list.getNumberOfItemsOfUnion(&other), 5);
+    EXPECT_EQ(list.getNumberOfItemsOfIntersection(&other), 3);
+    EXPECT_EQ(list.getNumberOfItemsOfDifference(&other), 2);
     delete u;
     delete i;
     delete d;
@@ -176,16 +240,19 @@ TEST(TalvoList, MembershipComparesCountsFirst) {
 
 TEST(TalvoList, LinearOperationsFollowTheirOrderAndClearMarks) {
     Marked m[6] = {};
-    TalvoList list(4, &m[0], &m[1], &m[0], &m[2]);
+    TalvoList list(5, &m[0], &m[1], &m[0], &m[2], &m[1]);
     TalvoList other(4, &m[3], &m[2], &m[3], &m[0]);
     TalvoList* u = list.buildLinearUnion(&other, testMark, setMark);
-    expectList(u, {&m[0], &m[1], &m[0], &m[2], &m[3]});
+    expectList(u, {&m[0], &m[1], &m[0], &m[2], &m[1], &m[3]});
     TalvoList* i = list.buildLinearIntersection(&other, testMark, setMark);
     expectList(i, {&m[2], &m[0]});
+    TalvoList* d = list.buildLinearDifference(&other, testMark, setMark);
+    expectList(d, {&m[1]});  // once, unlike buildDifference
     for (auto& mark : m)
         EXPECT_EQ(mark.mark, 0);
     delete u;
     delete i;
+    delete d;
 }
 
 // Every sort entry point is stable: random keys with many equal tens digits
@@ -215,6 +282,24 @@ TEST(TalvoList, SortsAreStableOnEqualKeys) {
             expectList(&list, expected);
         }
     }
+}
+
+TEST(TalvoList, SortFormsAndReverse) {
+    // Keys from the context, descending with the value.
+    int keys[10] = {9, 8, 7, 6, 5, 4, 3, 2, 1, 0};
+    TalvoList list(4, I(1), I(5), I(3), I(2));
+    list.quickSort(keyInContext, compareInts, keys);
+    expectList(&list, {I(5), I(3), I(2), I(1)});
+    list.reverse();
+    expectList(&list, {I(1), I(2), I(3), I(5)});
+    int a = 31, b = 25, c = 22, d = 11, e = 29;
+    TalvoList tens(5, &a, &b, &c, &d, &e);
+    ComparatorOf<compareTens> comparator;
+    tens.quickSort(&comparator);
+    expectList(&tens, {&d, &b, &c, &e, &a});
+    TalvoList empty;
+    empty.reverse();
+    expectList(&empty, {});
 }
 
 // A compare that always answers "greater" exchanges forever unless bounded.
