@@ -68,7 +68,11 @@ TEST(TalvoAttributeList, SettersAndGetters_OfEveryKind) {
     EXPECT_EQ(list.getValueOfAttributeAsPointer("q", nullptr), &box);
     EXPECT_EQ(list.getValueOfAttributeAsPointer("absent", &one), &one);
     EXPECT_TRUE(list.findAttribute("q")->isPrivate());
-    EXPECT_EQ(names(&list), "p,q,d,s");
+    TalvoAttribute* s = list.findAttribute("s");
+    EXPECT_TRUE(list.setValueOfAttribute("s") == s && s->isNil());
+    EXPECT_TRUE(list.setValueOfAttribute("s", &box, TalvoFunction::doNothing, 3) == s && s->isPublic());
+    EXPECT_TRUE(list.setValueOfAttribute("b", false)->isPublic());
+    EXPECT_EQ(names(&list), "p,q,d,s,b");
 }
 
 TEST(TalvoAttributeList, Setters_ReplaceInPlaceKeepingFlags) {
