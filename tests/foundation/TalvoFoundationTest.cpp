@@ -9,6 +9,7 @@
 #include <climits>
 #include <cmath>
 #include <cstdint>
+#include <string>
 
 namespace {
 void* address(std::uintptr_t value) { return reinterpret_cast<void*>(value); }
@@ -31,6 +32,19 @@ TEST(TalvoDouble, GeqAndLeqHaveOppositeSenseToInteger) {
     EXPECT_EQ(TalvoDouble::geq(nullptr, &half), 1);  // null reads as 0
 }
 
+TEST(TalvoDouble, AllocateCopyAndFreeTraceEachBox) {
+    long before = TalvoMemoryManager::getAllocationBalance();
+    double* box = TalvoDouble::allocate(-0.5);
+    double* copy = static_cast<double*>(TalvoDouble::copy(box));
+    EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before + 2);
+    EXPECT_TRUE(copy != box && *copy == -0.5);
+    TalvoMemoryManager::setTraceAllocationsFlag(true);
+    TalvoDouble::free(box);
+    TalvoMemoryManager::setTraceAllocationsFlag(false);
+    TalvoDouble::free(copy);
+    EXPECT_NE(talvo_test::readFile("talvo-allocations.txt").find(" :: delete TalvoDouble ["), std::string::npos);
+}
+
 TEST(TalvoFunction, CompareAddressIsUnsignedAndTraceMessageAppends) {
     EXPECT_EQ(TalvoFunction::compareAddress(address(1), address(UINTPTR_MAX)), -1);
     TalvoFunction::traceMessage("one %d\n");
@@ -47,6 +61,11 @@ TEST(TalvoComparator, BaseComparesPointersAsSigned32BitDifference) {
 
 TEST(TalvoMath, GammaFormulaKeepsItsInnerTerm) {
     EXPECT_EQ(TalvoMath::degree(), 0.017453292519943295);
+    EXPECT_EQ(TalvoMath::pi(), 3.141592653589793);
+    EXPECT_EQ(TalvoMath::e(), 2.718281828459045);
+    // Shape 2 and scale 3 (not a rate): x e^(-x/3) / (3^2 gamma(2)).
+    double density = 2.0 * std::exp(-2.0 / 3.0) / (9.0 * TalvoMath::gamma(2.0));
+    EXPECT_DOUBLE_EQ(TalvoMath::gammaDensity(2.0, 2.0, 3.0), density);
     // The inner term adds 1/(10x): gammaln(1) is not 0.
     double t = std::log(1.0 + 1.0 / (0.1 + 12.0));
     EXPECT_EQ(TalvoMath::gammaln(1.0), std::log(2.0 * 3.141592653589793) * 0.5 + (t - 1.0));

@@ -1,5 +1,6 @@
 #include "support/TalvoTest.h"
 
+#include <talvo/foundation/TalvoInteger.h>
 #include <talvo/foundation/TalvoMemoryManager.h>
 #include <talvo/foundation/TalvoObject.h>
 
@@ -77,6 +78,19 @@ TEST(TalvoMemoryManager, StopReportsLeakOnStandardErrorAndDump) {
     std::string message = "TalvoMemoryManager: bug! #allocations=" + std::to_string(balance) + "\n";
     EXPECT_EQ(err, message);
     EXPECT_EQ(readDumpWithoutDates(), "[banner]\n" + message);
+}
+
+// The flag only silences the report; a boxed number's free traces before its null test.
+TEST(TalvoMemoryManager, NullPointerDeletionReportFollowsItsFlag) {
+    TalvoMemoryManager::setTraceNullPointerDeletionsFlag(false);
+    TalvoMemoryManager::deleteCell(nullptr);
+    EXPECT_EQ(readDumpWithoutDates(), "<missing>");
+    TalvoMemoryManager::setTraceNullPointerDeletionsFlag(true);
+    long before = TalvoMemoryManager::getAllocationBalance();
+    TalvoMemoryManager::traceNew(nullptr, "TalvoDouble");
+    TalvoDouble::free(nullptr);
+    EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before);
+    EXPECT_EQ(readDumpWithoutDates(), "[banner]\nAttempt to free a NULL pointer.\n");
 }
 
 TEST(TalvoMemoryManager, FormatInterpreterHandlesConversionsAndEscapes) {

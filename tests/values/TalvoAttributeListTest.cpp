@@ -43,6 +43,38 @@ TEST(TalvoAttributeList, Getters_GiveDefaultsOnlyForAbsentAttributes) {
     EXPECT_FALSE(list.isNilAttribute("absent"));
 }
 
+// Setters of every kind: a new attribute comes from the matching constructor
+// (a pointer value makes it private), an existing one keeps its flags.
+TEST(TalvoAttributeList, SettersAndGetters_OfEveryKind) {
+    TalvoAttributeList list;
+    int box = 5;
+    TalvoConstant one("1"), shared(&box, TalvoFunction::doNothing, 2);
+    TalvoAttribute* p = list.setValueOfAttribute("p", TalvoInteger::allocate(5), TalvoInteger::free, 1);
+    EXPECT_EQ(list.setValueOfAttribute("p", true), p);  // releases the box
+    EXPECT_TRUE(p->isBool() && p->isPrivate());
+    list.setValueOfAttribute("q", &shared);
+    EXPECT_FALSE(list.hasPublicAttribute());
+    list.setValueOfAttribute("d", 2.5);
+    EXPECT_TRUE(list.hasPublicAttribute());
+    list.setValueOfAttribute("s", &one);
+    EXPECT_TRUE(list.hasAttribute("q") && !list.hasAttribute("Q") && !list.hasAttribute(nullptr));
+    EXPECT_EQ(list.getValueOfAttribute("p"), p->getValue());
+    EXPECT_EQ(list.getValueOfAttribute("absent"), nullptr);
+    EXPECT_TRUE(list.getValueOfAttributeAsBool("s", false));  // atoi("1")
+    EXPECT_TRUE(list.getValueOfAttributeAsBool("absent", true));
+    EXPECT_EQ(*static_cast<double*>(list.getValueOfAttributeAsPointer("d", nullptr)), 2.5);  // the value slot
+    EXPECT_STREQ(static_cast<char*>(list.getValueOfAttributeAsPointer("s", nullptr)), "1");
+    EXPECT_NE(list.getValueOfAttributeAsPointer("s", nullptr), one.toString());  // a copy
+    EXPECT_EQ(list.getValueOfAttributeAsPointer("q", nullptr), &box);
+    EXPECT_EQ(list.getValueOfAttributeAsPointer("absent", &one), &one);
+    EXPECT_TRUE(list.findAttribute("q")->isPrivate());
+    TalvoAttribute* s = list.findAttribute("s");
+    EXPECT_TRUE(list.setValueOfAttribute("s") == s && s->isNil());
+    EXPECT_TRUE(list.setValueOfAttribute("s", &box, TalvoFunction::doNothing, 3) == s && s->isPublic());
+    EXPECT_TRUE(list.setValueOfAttribute("b", false)->isPublic());
+    EXPECT_EQ(names(&list), "p,q,d,s,b");
+}
+
 TEST(TalvoAttributeList, Setters_ReplaceInPlaceKeepingFlags) {
     TalvoAttributeList list;
     TalvoAttribute* a = list.setValueOfAttribute("a", 1);

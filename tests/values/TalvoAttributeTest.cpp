@@ -2,7 +2,10 @@
 
 #include <talvo/foundation/TalvoFunction.h>
 #include <talvo/foundation/TalvoInteger.h>
+#include <talvo/foundation/TalvoRawString.h>
 #include <talvo/values/TalvoAttribute.h>
+
+#include <string>
 
 TEST(TalvoAttribute, Constructors_SetPrivacyByValueKindAndAreLocal) {
     int box = 1;
@@ -12,6 +15,9 @@ TEST(TalvoAttribute, Constructors_SetPrivacyByValueKindAndAreLocal) {
     EXPECT_TRUE(number.isPublic() && number.isLocal());
     EXPECT_TRUE(pointer.isPrivate() && pointer.isLocal());
     EXPECT_TRUE(fromPointer.isPrivate() && fromPointer.isPointer());
+    char* name = number.copyName();
+    EXPECT_TRUE(name != number.getName() && std::string(name) == "b");
+    TalvoRawString::free(name);
 }
 
 TEST(TalvoAttribute, DecrementValue_OnlyTheIntOverloadSubtracts) {
