@@ -1,6 +1,8 @@
 #include "support/TalvoTest.h"
 
 #include <talvo/containers/TalvoAVLTree.h>
+#include <talvo/containers/TalvoList.h>
+#include <talvo/foundation/TalvoInteger.h>
 
 #include <algorithm>
 #include <deque>
@@ -63,6 +65,19 @@ TalvoAVLTree* treeOf(std::vector<Keyed>& keyed, int (*compare)(void*, void*) = c
         tree->insertItem(&k);
     return tree;
 }
+
+int compareTags(void* a, void* b) { return static_cast<Keyed*>(a)->tag - static_cast<Keyed*>(b)->tag; }
+int compareBoxes(void* a, void* b) { return *static_cast<int*>(a) - *static_cast<int*>(b); }
+
+std::vector<int> tagsOf(TalvoList* list) {
+    std::vector<int> tags;
+    for (int n = 1; n <= list->getNumberOfItems(); n++)
+        tags.push_back(static_cast<Keyed*>(list->getNthItem(n))->tag);
+    return tags;
+}
+
+std::vector<int> freedTags;
+void recordFree(void* item) { freedTags.push_back(static_cast<Keyed*>(item)->tag); }
 
 }  // namespace
 
@@ -327,4 +342,107 @@ TEST(TalvoAVLTree, RandomChanges_MatchRecursiveRules) {
     }
     modelNodes.clear();
     delete tree;
+}
+
+// The ends of a run of equals are its first and last inserted Items; the
+// full scans ignore the tree's order; removeFirstItem takes the first node,
+// not the first equal one met from the root.
+TEST(TalvoAVLTree, Access_EndsScansAndCursorEnds) {
+    std::vector<Keyed> k = {{2, 0}, {1, 1}, {1, 2}, {3, 3}, {3, 4}};
+    TalvoAVLTree* tree = treeOf(k);
+    EXPECT_EQ(tree->getFirstItem(), &k[1]);
+    EXPECT_EQ(tree->getLastItem(), &k[4]);
+    Keyed tag3 = {0, 3};
+    EXPECT_EQ(tree->searchItem(compareTags, &tag3), &k[3]);
+    TalvoComparator byAddress;
+    EXPECT_EQ(tree->searchItemWithComparator(&byAddress, &k[2]), &k[2]);
+    EXPECT_EQ(tree->searchItemWithComparator(&byAddress, &tag3), nullptr);
+    TalvoAVLTreeCursor* c = tree->newCursor();
+    EXPECT_FALSE(c->isOnFirstItem() || c->isOnLastItem());
+    c->resetInPosition(2);  // the second of the two 1s
+    EXPECT_FALSE(c->isOnFirstItem());
+    c->decrement();
+    EXPECT_TRUE(c->isOnFirstItem() && !c->isOnLastItem());
+    c->resetInPosition(-2);
+    EXPECT_FALSE(c->isOnLastItem());
+    c->increment();
+    EXPECT_TRUE(c->isOnLastItem());
+    delete c;
+    EXPECT_EQ(tree->removeFirstItem(), &k[1]);
+    EXPECT_EQ(tree->getFirstItem(), &k[2]);
+    TalvoAVLTree::free(tree);
+    TalvoAVLTree::free(nullptr);
+}
+
+// A list removes one node per occurrence in it, by identity; the compare
+// forms remove every match; deleteItems(list) frees every Item of the list,
+// held here or not, and empties it.
+TEST(TalvoAVLTree, Removals_OnePerListItemOrEveryMatch) {
+    std::vector<Keyed> k = {{1, 0}, {2, 1}, {2, 2}, {3, 3}, {4, 4}};
+    TalvoAVLTree* tree = new TalvoAVLTree(compareKeys);
+    for (int i : {0, 1, 1, 2, 3, 3, 4})
+        tree->insertItem(&k[i]);
+    TalvoList list(2, &k[1], &k[3]);
+    tree->removeItems(&list);
+    EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{0, 1, 2, 3, 4}));
+    Keyed two = {2, 9};
+    tree->compareAndRemoveItems(compareKeys, &two);
+    EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{0, 3, 4}));
+    TalvoComparator byAddress;
+    tree->compareAndRemoveItems(&byAddress, &k[4]);
+    freedTags.clear();
+    tree->compareAndDeleteItems(compareKeys, &k[3], recordFree);
+    tree->compareAndDeleteItems(&byAddress, &k[0], recordFree);
+    EXPECT_TRUE(tree->isEmpty());
+    tree->insertItem(&k[1]);
+    TalvoList held(2, &k[2], &k[1]);
+    tree->deleteItems(&held, recordFree);
+    EXPECT_TRUE(tree->isEmpty() && held.isEmpty());
+    EXPECT_EQ(freedTags, (std::vector<int>{3, 0, 2, 1}));
+    delete tree;
+}
+
+// Repeats survive the copies and the built trees; equal Items added later go
+// after the ones already there.
+TEST(TalvoAVLTree, CopiesAndSetOperations_KeepOrderAndRepeats) {
+    std::vector<Keyed> k = {{1, 0}, {2, 1}, {2, 2}, {3, 3}, {4, 4}};
+    TalvoAVLTree* a = new TalvoAVLTree(compareKeys);
+    TalvoAVLTree* b = new TalvoAVLTree(compareKeys);
+    for (int i : {3, 1, 0, 1})
+        a->insertItem(&k[i]);
+    for (int i : {4, 2, 1})
+        b->insertItem(&k[i]);
+    TalvoAVLTree* copy = a->copy();
+    EXPECT_EQ(shapeOf(copy->getRoot()), shapeOf(a->getRoot()));
+    EXPECT_EQ(copy->getItemPosition(&k[3]), 4);
+    TalvoList* list = a->copyAsList();
+    a->collectItems(list);
+    EXPECT_EQ(tagsOf(list), (std::vector<int>{0, 1, 1, 3, 0, 1, 1, 3}));
+    delete list;
+    struct { TalvoAVLTree* built; std::vector<int> tags; } table[] = {
+        {a->buildUnion(b), {0, 1, 1, 2, 3, 4}},
+        {a->buildIntersection(b), {1, 1}},
+        {a->buildDifference(b), {0, 3}},
+    };
+    for (auto& row : table) {
+        EXPECT_EQ(tagsInOrder(row.built), row.tags);
+        checkTree(row.built);
+        delete row.built;
+    }
+    copy->subtraction(b);
+    EXPECT_EQ(tagsInOrder(copy), (std::vector<int>{0, 1, 3}));
+    copy->selection(b);
+    EXPECT_EQ(tagsInOrder(copy), (std::vector<int>{1}));
+    copy->addition(b);
+    EXPECT_EQ(tagsInOrder(copy), (std::vector<int>{1, 2, 4}));
+    for (TalvoAVLTree* t : {a, b, copy})
+        delete t;
+    TalvoAVLTree* boxes = new TalvoAVLTree(compareBoxes);
+    for (int v : {3, 1, 2})
+        boxes->insertItem(TalvoInteger::allocate(v));
+    TalvoAVLTree* deep = boxes->copyWithItems(TalvoInteger::copy);
+    EXPECT_NE(deep->getNthItem(2), boxes->getNthItem(2));
+    EXPECT_EQ(*static_cast<int*>(deep->getNthItem(2)), 2);
+    deep->deleteWithItems(TalvoInteger::free);
+    boxes->deleteWithItems(TalvoInteger::free);
 }
