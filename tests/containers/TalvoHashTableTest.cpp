@@ -104,7 +104,8 @@ TEST(TalvoHashTable, CursorAndSearch_WalkSlotOrderThenBucketOrder) {
 }
 
 // The compare forms remove every match in every bucket and keep the count;
-// the delete forms free exactly the Items they remove.
+// a list removes one occurrence per Item; the delete forms free exactly the
+// Items they remove, and every Item of a list.
 TEST(TalvoHashTable, BulkRemoval_CompareAndDeleteForms) {
     TalvoHashTable* table = new TalvoHashTable(valueHash);
     for (int v : {22, 1, 2, 12, 3, 13})
@@ -115,12 +116,17 @@ TEST(TalvoHashTable, BulkRemoval_CompareAndDeleteForms) {
     EXPECT_EQ(cursorOrder(table), (std::vector<std::intptr_t>{3, 13}));
     freedValues.clear();
     table->compareAndDeleteItems(&byAddress, itemOf(13), recordFree);
-    for (int v : {4, 23})
+    for (int v : {4, 23, 5, 5})
         table->insertItem(itemOf(v));
     table->compareAndDeleteItems(compareLastDigits, itemOf(3), recordFree);
-    EXPECT_EQ(table->getNumberOfItems(), 1);
+    TalvoList list(1, itemOf(5));
+    table->removeItems(&list);  // one occurrence
+    EXPECT_TRUE(table->getNumberOfItems() == 2 && list.getNumberOfItems() == 1);
+    list.insertItemLast(itemOf(9));
+    table->deleteItems(&list, recordFree);  // 9 too, which the table never held
+    EXPECT_TRUE(table->getNumberOfItems() == 1 && list.isEmpty());
     table->deleteItems(recordFree);
-    EXPECT_EQ(freedValues, (std::vector<std::intptr_t>{13, 3, 23, 4}));
+    EXPECT_EQ(freedValues, (std::vector<std::intptr_t>{13, 3, 23, 5, 9, 4}));
     delete table;
 }
 
