@@ -1,6 +1,8 @@
 #include "support/TalvoTest.h"
 
 #include <talvo/containers/TalvoAVLTree.h>
+#include <talvo/containers/TalvoList.h>
+#include <talvo/foundation/TalvoInteger.h>
 
 #include <algorithm>
 #include <deque>
@@ -25,14 +27,16 @@ int compareKeys(void* a, void* b) {
 int keyOf(const TalvoAVLTreeNode* node) { return static_cast<Keyed*>(node->getItem())->key; }
 int heightOf(const TalvoAVLTreeNode* node) { return node ? node->getHeight() : 0; }
 
-std::vector<int> tagsInOrder(TalvoAVLTree* tree) {
+// The tags a cursor meets from the first Item to the last; deletes the cursor.
+std::vector<int> tagsOf(TalvoCursor* c) {
     std::vector<int> tags;
-    TalvoAVLTreeCursor* c = tree->newCursor();
     for (c->resetOnFirstItem(); !c->isAfterLastItem(); c->increment())
         tags.push_back(static_cast<Keyed*>(c->getItem())->tag);
     delete c;
     return tags;
 }
+
+std::vector<int> tagsInOrder(TalvoAVLTree* tree) { return tagsOf(tree->newCursor()); }
 
 // The shape as "key(left,right)", a leaf as its key alone.
 std::string shapeOf(const TalvoAVLTreeNode* node) {
@@ -63,6 +67,11 @@ TalvoAVLTree* treeOf(std::vector<Keyed>& keyed, int (*compare)(void*, void*) = c
         tree->insertItem(&k);
     return tree;
 }
+
+int compareTags(void* a, void* b) { return static_cast<Keyed*>(a)->tag - static_cast<Keyed*>(b)->tag; }
+
+std::vector<int> freedTags;
+void recordFree(void* item) { freedTags.push_back(static_cast<Keyed*>(item)->tag); }
 
 }  // namespace
 
@@ -213,23 +222,6 @@ TEST(TalvoAVLTree, CursorRemoveOffItem_StillRemovesByCompareWithNull) {
     delete tree;
 }
 
-// Set operations count by identity, with repeats: an Item twice in this
-// tree and present in the other counts twice.
-TEST(TalvoAVLTree, SetOperations_ByIdentity) {
-    std::vector<Keyed> k = {{1, 0}, {2, 0}, {2, 1}, {3, 0}, {4, 0}};
-    TalvoAVLTree* a = new TalvoAVLTree(compareKeys);
-    TalvoAVLTree* b = new TalvoAVLTree(compareKeys);
-    for (int i : {0, 1, 1, 3})
-        a->insertItem(&k[i]);
-    for (int i : {1, 2, 4, 4})
-        b->insertItem(&k[i]);
-    EXPECT_EQ(a->getNumberOfItemsOfIntersection(b), 2);
-    EXPECT_EQ(a->getNumberOfItemsOfDifference(b), 2);
-    EXPECT_EQ(a->getNumberOfItemsOfUnion(b), 6);
-    delete a;
-    delete b;
-}
-
 namespace {
 
 // The balancing rules written out recursively, one node per Item, removal
@@ -327,4 +319,100 @@ TEST(TalvoAVLTree, RandomChanges_MatchRecursiveRules) {
     }
     modelNodes.clear();
     delete tree;
+}
+
+// The ends of a run of equals are its first and last inserted Items; the
+// full scans ignore the tree's order; removeFirstItem takes the first node,
+// not the first equal one met from the root.
+TEST(TalvoAVLTree, Access_EndsScansAndCursorEnds) {
+    std::vector<Keyed> k = {{2, 0}, {1, 1}, {1, 2}, {3, 3}, {3, 4}};
+    TalvoAVLTree* tree = treeOf(k);
+    EXPECT_TRUE(tree->getFirstItem() == &k[1] && tree->getLastItem() == &k[4]);
+    Keyed tag3 = {0, 3};
+    EXPECT_EQ(tree->searchItem(compareTags, &tag3), &k[3]);
+    TalvoComparator byAddress;
+    EXPECT_EQ(tree->searchItemWithComparator(&byAddress, &k[2]), &k[2]);
+    TalvoAVLTreeCursor* c = tree->newCursor();
+    c->resetInPosition(2);  // the second of the two 1s
+    EXPECT_FALSE(c->isOnFirstItem());
+    c->decrement();
+    EXPECT_TRUE(c->isOnFirstItem() && !c->isOnLastItem());
+    c->resetInPosition(-2);
+    EXPECT_FALSE(c->isOnLastItem());
+    c->increment();
+    EXPECT_TRUE(c->isOnLastItem());
+    delete c;
+    EXPECT_EQ(tree->removeFirstItem(), &k[1]);
+    EXPECT_EQ(tree->getFirstItem(), &k[2]);
+    TalvoAVLTree::free(tree);
+}
+
+// A list removes one node per occurrence in it, by identity; the compare
+// forms remove every match; deleteItems(list) also frees every Item of the
+// list, held here or not, and empties it.
+TEST(TalvoAVLTree, Removals_OnePerListItemOrEveryMatch) {
+    std::vector<Keyed> k = {{1, 0}, {2, 1}, {2, 2}, {3, 3}, {4, 4}};
+    TalvoAVLTree* tree = new TalvoAVLTree(compareKeys);
+    for (int i : {0, 1, 1, 2, 3, 3, 4})
+        tree->insertItem(&k[i]);
+    TalvoList list(2, &k[1], &k[3]);
+    tree->removeItems(&list);
+    EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{0, 1, 2, 3, 4}));
+    Keyed two = {2, 9};
+    tree->compareAndRemoveItems(compareKeys, &two);  // both 2s
+    TalvoComparator byAddress;
+    tree->compareAndRemoveItems(&byAddress, &k[4]);
+    freedTags.clear();
+    tree->compareAndDeleteItems(compareKeys, &k[3], recordFree);
+    tree->compareAndDeleteItems(&byAddress, &k[0], recordFree);
+    for (int i = 0; i < 2; i++)
+        tree->insertItem(&k[1]);
+    TalvoList held(2, &k[2], &k[1]);
+    tree->deleteItems(&held, recordFree);
+    EXPECT_TRUE(tree->getNumberOfItems() == 1 && held.isEmpty());
+    EXPECT_EQ(freedTags, (std::vector<int>{3, 0, 2, 1}));
+    tree->removeItems();
+    EXPECT_TRUE(tree->isEmpty());
+    delete tree;
+}
+
+// Repeats survive the copies and the built trees and count in the numbers
+// (by identity); equal Items added later go after the ones already there.
+TEST(TalvoAVLTree, CopiesAndSetOperations_KeepOrderAndRepeats) {
+    std::vector<Keyed> k = {{1, 0}, {2, 1}, {2, 2}, {3, 3}, {4, 4}};
+    TalvoAVLTree* a = new TalvoAVLTree(compareKeys);
+    TalvoAVLTree* b = new TalvoAVLTree(compareKeys);
+    for (int i : {3, 1, 0, 1})
+        a->insertItem(&k[i]);
+    for (int i : {4, 2, 1, 4})
+        b->insertItem(&k[i]);
+    EXPECT_EQ(a->getNumberOfItemsOfIntersection(b), 2);
+    EXPECT_EQ(a->getNumberOfItemsOfDifference(b), 2);
+    EXPECT_EQ(a->getNumberOfItemsOfUnion(b), 6);
+    TalvoAVLTree* copy = a->copy();
+    EXPECT_EQ(shapeOf(copy->getRoot()), shapeOf(a->getRoot()));
+    TalvoList* list = a->copyAsList();
+    a->collectItems(list);
+    EXPECT_EQ(tagsOf(list->newCursor()), (std::vector<int>{0, 1, 1, 3, 0, 1, 1, 3}));
+    delete list;
+    struct { TalvoAVLTree* built; std::vector<int> tags; } table[] = {
+        {a->buildUnion(b), {0, 1, 1, 2, 3, 4}}, {a->buildIntersection(b), {1, 1}}, {a->buildDifference(b), {0, 3}}};
+    for (auto& row : table) {
+        EXPECT_EQ(tagsInOrder(row.built), row.tags);
+        delete row.built;
+    }
+    copy->subtraction(b);
+    EXPECT_EQ(tagsInOrder(copy), (std::vector<int>{0, 1, 3}));
+    copy->selection(b);
+    EXPECT_EQ(tagsInOrder(copy), (std::vector<int>{1}));
+    copy->addition(b);
+    EXPECT_EQ(tagsInOrder(copy), (std::vector<int>{1, 2, 4}));
+    for (TalvoAVLTree* t : {a, b, copy})
+        delete t;
+    TalvoAVLTree* boxes = new TalvoAVLTree(nullptr);
+    boxes->insertItem(TalvoInteger::allocate(2));
+    TalvoAVLTree* deep = boxes->copyWithItems(TalvoInteger::copy);
+    EXPECT_TRUE(deep->getFirstItem() != boxes->getFirstItem() && *static_cast<int*>(deep->getFirstItem()) == 2);
+    deep->deleteWithItems(TalvoInteger::free);
+    boxes->deleteWithItems(TalvoInteger::free);
 }

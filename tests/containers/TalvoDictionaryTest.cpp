@@ -1,6 +1,8 @@
 #include "support/TalvoTest.h"
 
 #include <talvo/containers/TalvoDictionary.h>
+#include <talvo/containers/TalvoList.h>
+#include <talvo/values/TalvoAttribute.h>
 
 #include <string>
 
@@ -20,12 +22,18 @@ std::string keysInOrder(TalvoDictionary& dictionary) {
 
 }  // namespace
 
-TEST(TalvoDictionary, Entries_OrderByUnsignedBytesWithNullFirst) {
+TEST(TalvoDictionary, EntriesAndKeys_OrderByUnsignedBytesWithNullFirst) {
     TalvoDictionary dictionary;
     const char* keys[] = {"b", "\xE9t\xE9", "ab", "", "a", nullptr, "z"};
     for (const char* key : keys)
         dictionary.setEntry(key, "x");
     EXPECT_EQ(keysInOrder(dictionary), "(null),,a,ab,b,z,\xE9t\xE9");
+    TalvoList* names = dictionary.getKeys();  // the entries' own names, in key order
+    EXPECT_EQ(names->getNthItem(4), dictionary.getAttribute("ab")->getName());
+    delete names;
+    dictionary.reset();
+    dictionary.setEntry("a", "again");
+    EXPECT_EQ(keysInOrder(dictionary), "a");
 }
 
 TEST(TalvoDictionary, SetEntry_OnAnExistingKeyReplacesTheDefinition) {
@@ -58,4 +66,11 @@ TEST(TalvoDictionary, NonStringValue_AnswersNullWhileTheEntryExists) {
     dictionary.getAttribute("n")->setValue(1);
     EXPECT_TRUE(dictionary.hasEntry("n"));
     EXPECT_EQ(dictionary.getEntry("n"), nullptr);
+    TalvoDictionaryCursor* cursor = dictionary.newCursor();
+    cursor->resetOnFirstItem();
+    EXPECT_EQ(cursor->getDefinition(), nullptr);
+    dictionary.setEntry("o", "2");
+    cursor->increment();
+    EXPECT_STREQ(cursor->getDefinition(), "2");
+    delete cursor;
 }

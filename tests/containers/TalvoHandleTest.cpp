@@ -28,6 +28,9 @@ TEST(TalvoHandle, KeyComparisonsAndSetKeyCopiesEvenItsOwnKey) {
     TalvoHandle ten("10", nullptr), nine("9", nullptr), handle("b", nullptr);
     EXPECT_EQ(TalvoHandle::compareKeys(&ten, &nine), -1);  // bytewise "1" < "9"
     EXPECT_EQ(TalvoHandle::compareNumericallyKeys(&ten, &nine), 1);
+    EXPECT_EQ(ten.compareNumericallyKeys(&nine), 1);
+    EXPECT_EQ(TalvoHandle::reverseCompareNumericallyKeys(&ten, &nine), -1);
+    EXPECT_EQ(nine.reverseCompareNumericallyKeys(&ten), 1);
     TalvoAttribute attribute("a", 5);
     EXPECT_EQ(TalvoHandle::compareKeys(&attribute, &handle), -1);
     EXPECT_EQ(TalvoHandle::compareKey(&attribute, const_cast<char*>("a")), 0);

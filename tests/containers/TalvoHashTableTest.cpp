@@ -16,15 +16,20 @@ std::intptr_t valueOf(void* item) { return reinterpret_cast<std::intptr_t>(item)
 int valueHash(void* item) { return static_cast<int>(valueOf(item)); }
 int negativeHash(void* item) { return -1 - static_cast<int>(valueOf(item)); }
 int boxHash(void* item) { return item ? *static_cast<int*>(item) : 0; }
+int compareLastDigits(void* a, void* b) { return static_cast<int>(valueOf(a) % 10 - valueOf(b) % 10); }
+std::vector<std::intptr_t> freedValues;
+void recordFree(void* item) { freedValues.push_back(valueOf(item)); }
 
-std::vector<std::intptr_t> cursorOrder(TalvoHashTable* table) {
+// The values a cursor meets from the first Item to the last; deletes the cursor.
+std::vector<std::intptr_t> walk(TalvoCursor* c) {
     std::vector<std::intptr_t> values;
-    TalvoHashTableCursor* c = table->newCursor();
     for (c->resetOnFirstItem(); !c->isAfterLastItem(); c->increment())
         values.push_back(valueOf(c->getItem()));
     delete c;
     return values;
 }
+
+std::vector<std::intptr_t> cursorOrder(TalvoHashTable* table) { return walk(table->newCursor()); }
 
 using Steps = std::vector<std::pair<int, int>>;
 
@@ -74,8 +79,10 @@ TEST(TalvoHashTable, InsertAndRemove_DoubleUpToMaximumAndHalveDownToMinimum) {
 }
 
 // Slot order first, then insertion order within a bucket: 1024 and 3 share
-// slot 3, 1 and 2043 share slot 1 (mod 1021).
-TEST(TalvoHashTable, Cursor_WalksSlotOrderThenBucketOrder) {
+// slot 3, 1 and 2043 share slot 1 (mod 1021). searchItem scans every bucket
+// in that order; lookForItem searches one bucket only, that of the given
+// hash (reduced by the modulo) or of the key.
+TEST(TalvoHashTable, CursorAndSearch_WalkSlotOrderThenBucketOrder) {
     TalvoHashTable* table = new TalvoHashTable(valueHash);
     for (int v : {1024, 3, 1, 2043, 1020})
         table->insertItem(itemOf(v));
@@ -84,6 +91,68 @@ TEST(TalvoHashTable, Cursor_WalksSlotOrderThenBucketOrder) {
     for (auto& row : table2)
         EXPECT_EQ(valueOf(table->getNthItem(row.n)), row.value) << "n=" << row.n;
     EXPECT_EQ(table->getNextNonEmptyEntryNumber(1020), -1);
+    struct { int value; int position; } positions[] = {{1, 1}, {2043, 2}, {3, 4}, {7, 0}};
+    for (auto& row : positions)
+        EXPECT_EQ(table->getItemPosition(itemOf(row.value)), row.position) << row.value;
+    EXPECT_EQ(valueOf(table->searchItem(compareLastDigits, itemOf(3))), 2043);
+    TalvoComparator byAddress;
+    EXPECT_EQ(valueOf(table->searchItemWithComparator(&byAddress, itemOf(1024))), 1024);
+    EXPECT_EQ(valueOf(table->lookForItem(compareLastDigits, itemOf(3))), 3);
+    EXPECT_EQ(valueOf(table->lookForItem(1022, compareLastDigits, itemOf(3))), 2043);
+    EXPECT_EQ(table->lookForItem(compareLastDigits, itemOf(13)), nullptr);  // slot 13 has no list
+    delete table;
+}
+
+// The compare forms remove every match in every bucket and keep the count;
+// a list removes one occurrence per Item; the delete forms free exactly the
+// Items they remove, and every Item of a list.
+TEST(TalvoHashTable, BulkRemoval_CompareAndDeleteForms) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    for (int v : {22, 1, 2, 12, 3, 13})
+        table->insertItem(itemOf(v));
+    TalvoComparator byAddress;
+    table->compareAndRemoveItems(compareLastDigits, itemOf(2));
+    table->compareAndRemoveItems(&byAddress, itemOf(1));
+    EXPECT_EQ(cursorOrder(table), (std::vector<std::intptr_t>{3, 13}));
+    freedValues.clear();
+    table->compareAndDeleteItems(&byAddress, itemOf(13), recordFree);
+    for (int v : {4, 23, 5, 5})
+        table->insertItem(itemOf(v));
+    table->compareAndDeleteItems(compareLastDigits, itemOf(3), recordFree);
+    TalvoList list(1, itemOf(5));
+    table->removeItems(&list);  // one occurrence
+    EXPECT_TRUE(table->getNumberOfItems() == 2 && list.getNumberOfItems() == 1);
+    list.insertItemLast(itemOf(9));
+    table->deleteItems(&list, recordFree);  // 9 too, which the table never held
+    EXPECT_TRUE(table->getNumberOfItems() == 1 && list.isEmpty());
+    table->deleteItems(recordFree);
+    EXPECT_EQ(freedValues, (std::vector<std::intptr_t>{13, 3, 23, 5, 9, 4}));
+    delete table;
+}
+
+// Positions count in cursor order, not insertion order; out-of-range ones
+// are simply not met. The extracted table carries the ratios as copy does.
+TEST(TalvoHashTable, Extract_ByCursorPositionsAndExplicitResizes) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    table->setEnlargementRatio(0.5);
+    for (int v : {5, 4, 3, 2, 1})
+        table->insertItem(itemOf(v));
+    struct { int from; int to; std::vector<std::intptr_t> values; } ranges[] = {
+        {2, 4, {2, 3, 4}}, {-3, 2, {1, 2}}, {4, 9, {4, 5}}, {3, 2, {}}};
+    for (auto& row : ranges) {
+        TalvoList* list = table->extractList(row.from, row.to);
+        EXPECT_EQ(walk(list->newCursor()), row.values) << row.from << ".." << row.to;
+        delete list;
+    }
+    TalvoHashTable* range = table->extractRange(2, 3);
+    EXPECT_EQ(cursorOrder(range), (std::vector<std::intptr_t>{2, 3}));
+    EXPECT_EQ(range->getEnlargementThreshold(), 512);
+    delete range;
+    table->enlarge();
+    EXPECT_EQ(table->getSize(), 2048);
+    table->reduce();
+    table->reduce();  // not below the minimum size
+    EXPECT_EQ(table->getSize(), 1024);
     delete table;
 }
 
@@ -191,10 +260,21 @@ TEST(TalvoHashTable, SetOperations_ByIdentity) {
     for (int v : {2, 4, 4})
         b->insertItem(itemOf(v));
     EXPECT_EQ(a->getNumberOfItemsOfIntersection(b), 2);
+    EXPECT_EQ(a->getNumberOfItemsOfDifference(b), 2);
+    EXPECT_EQ(a->getNumberOfItemsOfUnion(b), 5);
+    struct { TalvoHashTable* built; std::vector<std::intptr_t> values; } table[] = {
+        {a->buildUnion(b), {1, 2, 2, 3, 4}}, {a->buildIntersection(b), {2, 2}}, {a->buildDifference(b), {1, 3}}};
+    for (auto& row : table) {
+        EXPECT_EQ(cursorOrder(row.built), row.values);
+        delete row.built;
+    }
     a->subtraction(b);  // one occurrence of 2
     EXPECT_EQ(cursorOrder(a), (std::vector<std::intptr_t>{1, 2, 3}));
+    a->selection(b);
+    a->addition(b);  // 4 once
+    EXPECT_EQ(cursorOrder(a), (std::vector<std::intptr_t>{2, 4}));
     a->insertItems(a);
-    EXPECT_EQ(a->getNumberOfItems(), 6);
+    EXPECT_EQ(a->getNumberOfItems(), 4);
     for (TalvoHashTable* t : {a, b})
         delete t;
 }
@@ -216,5 +296,35 @@ TEST(TalvoHashTable, RemoveFirstItem_OnEmptyTableHashesNull) {
     EXPECT_EQ(table->removeLastItem(), nullptr);
     EXPECT_EQ(table->removeNthItem(1), nullptr);
     EXPECT_EQ(nullHashes, 3);
+    delete table;
+}
+
+// Stepping back skips slots without a list and the emptied list of slot 3;
+// a copied cursor moves on its own.
+TEST(TalvoHashTable, Cursor_StepsBackAcrossEmptyBucketsAndCopies) {
+    TalvoHashTable* table = new TalvoHashTable(valueHash);
+    for (int v : {700, 3, 5, 1, 2043})
+        table->insertItem(itemOf(v));
+    table->removeItem(itemOf(3));
+    TalvoHashTableCursor* c = table->newCursor();
+    EXPECT_TRUE(c->isBeforeFirstItem() && !c->isOnFirstItem());
+    std::vector<std::intptr_t> backward;
+    for (c->resetOnLastItem(); !c->isBeforeFirstItem(); c->decrement())
+        backward.push_back(valueOf(c->getItem()));
+    EXPECT_EQ(backward, (std::vector<std::intptr_t>{700, 5, 2043, 1}));
+    c->resetOnItem(itemOf(2043));
+    EXPECT_FALSE(c->isOnFirstItem());
+    c->decrement();
+    EXPECT_TRUE(c->isOnFirstItem() && !c->isOnLastItem());
+    c->resetOnItem(itemOf(5));
+    TalvoHashTableCursor* d = c->copy();
+    d->increment();
+    EXPECT_TRUE(d->isOnLastItem());
+    EXPECT_EQ(valueOf(c->getItem()), 5);
+    c->resetOnCursor(d);
+    d->decrement();
+    EXPECT_EQ(valueOf(c->getItem()), 700);
+    delete d;
+    delete c;
     delete table;
 }
