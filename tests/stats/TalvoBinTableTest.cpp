@@ -61,6 +61,22 @@ TEST(TalvoBinTable, AddValue_ShrinkFactorOneStaysInsideArrays) {
     expectEntries(single, {{3, 3}});
 }
 
+// Bins of weight 4 / 3 over entries of weight 1.5, 1.5 and 1 leave a
+// rounding residue once every slot holds a bin: it stays inside the arrays.
+TEST(TalvoBinTable, Shrink_ToEverySlotKeepsResidueInside) {
+    TalvoBinTable t(1, 3);
+    addValues(t, {3, 1, 2});
+    t.shrink(2);
+    expectEntries(t, {{4.0 / 3, 1.5}, {8.0 / 3, 1.5}});
+    t.addValue(10);
+    t.shrink(3);
+    expectEntries(t, {{4.0 / 3, 4.0 / 3}, {2.5, 4.0 / 3}, {49.0 / 6, 4.0 / 3}});
+    EXPECT_EQ(4.0, t.getWeight());
+    t.reset();
+    expectEntries(t, {});
+    EXPECT_EQ(0.0, t.getValue(0) + t.getWeight(1));
+}
+
 // Empty and sizeless tables end their shrinks; indexes outside the arrays,
 // the capacity itself included, read 0.
 TEST(TalvoBinTable, EmptySizelessAndOutsideIndexesAreSafe) {

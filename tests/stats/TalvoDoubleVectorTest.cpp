@@ -48,12 +48,35 @@ TEST(TalvoDoubleVector, ArithmeticForms) {
         {"div(w)", [](V v, V w) { v->div(w); }, "<0.333333,0.5>"},
         {"sub(d, w)", [](V v, V w) { v->sub(0.5, w); }, "<-0.5,0>"},
         {"div(d, w)", [](V v, V w) { v->div(0.5, w); }, "<0.666667,1>"},
+        {"set(d)", [](V v, V) { v->set(7); }, "<7,7>"},
+        {"set(w)", [](V v, V w) { v->set(w); }, "<3,4>"},
+        {"set(d, w)", [](V v, V w) { v->set(2, w); }, "<6,8>"},
+        {"add(i, d)", [](V v, V) { v->add(0, 0.5); }, "<1.5,2>"},
+        {"add(d)", [](V v, V) { v->add(1); }, "<2,3>"},
+        {"add(d, w)", [](V v, V w) { v->add(2, w); }, "<7,10>"},
+        {"sub(i, d)", [](V v, V) { v->sub(1, 5); }, "<1,-3>"},
+        {"sub(d)", [](V v, V) { v->sub(1); }, "<0,1>"},
+        {"sub(w)", [](V v, V w) { v->sub(w); }, "<-2,-2>"},
+        {"mul(i, d)", [](V v, V) { v->mul(1, 3); }, "<1,6>"},
+        {"mul(d)", [](V v, V) { v->mul(-2); }, "<-2,-4>"},
+        {"mul(w)", [](V v, V w) { v->mul(w); }, "<3,8>"},
+        {"mul(d, w)", [](V v, V w) { v->mul(0.5, w); }, "<1.5,4>"},
     };
     for (const Case& c : cases) {
         Vec v{1, 2}, w{3, 4};
         c.apply(v, w);
         EXPECT_EQ(c.expected, printed(v)) << c.form;
     }
+}
+
+// The copy owns its values; rounding clears |x| <= eps, the bound included.
+TEST(TalvoDoubleVector, CopyThenRound) {
+    Vec v{0.0005, -0.001, 0.002};
+    TalvoDoubleVector* c = v->copy();
+    v->round(0.001);
+    EXPECT_EQ("<0,0,0.002>", printed(v));
+    EXPECT_EQ("<0.0005,-0.001,0.002>", printed(c));
+    TalvoDoubleVector::free(c);
 }
 
 // Indexes outside the vector and a shorter or null other vector touch

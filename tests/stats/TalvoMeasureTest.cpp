@@ -72,6 +72,32 @@ TEST(TalvoMeasure, Copy_LeavesLastValueOut) {
     delete c;
 }
 
+// Reset keeps name and last value and empties the quantilizer (filling
+// restarts at buffer 1) and the bin table.
+TEST(TalvoMeasure, ResetThenDeleteBinTable) {
+    TalvoMeasure m("kept");
+    m.setQuantilizer(new TalvoQuantilizer(2, 2));
+    m.createBinTable(1, 3);
+    addValues(m, {3, 1, 2});
+    EXPECT_EQ(1.0, m.getQuantilizer()->getTable(1)->getMinimumValue());
+    m.reset();
+    EXPECT_EQ(0, m.getNumberOfValues());
+    EXPECT_EQ(0.0, m.getSumOfValueSquares());
+    EXPECT_EQ(DBL_MAX, m.getMinimumValue());
+    EXPECT_EQ(2.2250738585072014e-308, m.getMaximumValue());
+    EXPECT_EQ(2.0, m.getLastValue());
+    EXPECT_STREQ("kept", m.getName());
+    EXPECT_EQ(0, m.getQuantilizer()->getTable(2)->getCount());
+    EXPECT_EQ(0.0, m.getBinTable()->getWeight());
+    EXPECT_EQ(0.0, m.getBinTable()->getValue(2));
+    m.addValue(9);
+    EXPECT_EQ(9.0, m.getQuantilizer()->getTable(1)->getMinimumValue());
+    EXPECT_EQ(1, m.getBinTable()->getTop());
+    m.deleteBinTable();
+    EXPECT_EQ(nullptr, m.getBinTable());
+    m.addValue(4);
+}
+
 TEST(TalvoMeasure, CompareName_NullSortsFirst) {
     TalvoMeasure a("abc"), none(nullptr);
     EXPECT_EQ(1, a.compareName(static_cast<const char*>(nullptr)));
