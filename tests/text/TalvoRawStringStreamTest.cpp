@@ -2,6 +2,7 @@
 
 #include <talvo/text/TalvoRawStringStream.h>
 
+#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -10,7 +11,9 @@ namespace {
 class RecordingStream : public TalvoStream {
 public:
     void put(char c) override { text += c; }
+    void flush() override { ++flushes; }
     std::string text;
+    int flushes = 0;
 };
 
 int refills = 0;  // call-back state
@@ -94,4 +97,44 @@ TEST(TalvoRawStringStream, NullBuffer_GivesNeutralAnswers) {
     TalvoRawStringStream writer(false, nullptr, 10);
     writer.put("abc");
     writer.flush();
+}
+
+// Each put and putln form on a writing memory stream; every putln flushes
+// once, and the trace sees the same characters.
+TEST(TalvoRawStringStream, PutAndPutlnForms) {
+    static int x;
+    char pointer[32];
+    std::snprintf(pointer, sizeof pointer, "%p\n", static_cast<void*>(&x));
+    struct Case {
+        void (*write)(TalvoStream& s);
+        std::string expected;
+        int flushes;
+    } cases[] = {
+        {[](TalvoStream& s) { s.put(4000000000L); s.put(-3); }, "4000000000-3", 0},
+        {[](TalvoStream& s) { s.put(3.14159f); s.put("|%.2f", 0.5f); }, "3.14159|0.50", 0},
+        {[](TalvoStream& s) { s.putln('c'); }, "c\n", 1},
+        {[](TalvoStream& s) { s.putln(-7L); }, "-7\n", 1},
+        {[](TalvoStream& s) { s.putln(1.5f); }, "1.5\n", 1},
+        {[](TalvoStream& s) { s.putln("a\\tb"); }, "a\tb\n", 1},
+        {[](TalvoStream& s) { s.putln("%.1f", 2.5f); }, "2.5\n", 1},
+        {[](TalvoStream& s) { s.putln("%e", 1.0); }, "1.000000e+00\n", 1},
+        {[](TalvoStream& s) { s.putln(&x); }, pointer, 1},
+        {[](TalvoStream& s) { s.putln(); }, "\n", 1},
+    };
+    for (const Case& c : cases) {
+        char buffer[64] = {};
+        TalvoRawStringStream stream(false, buffer, 63);
+        RecordingStream trace;
+        stream.setTraceStream(&trace);
+        c.write(stream);
+        EXPECT_EQ(c.expected, buffer);
+        EXPECT_EQ(c.expected, trace.text);
+        EXPECT_EQ(c.flushes, trace.flushes) << c.expected;
+    }
+    char text[] = "keep";
+    TalvoRawStringStream reader(true, text, 4);  // a reading stream writes nothing
+    reader.put(1L);
+    reader.put(2);
+    reader.put("%g", 3.0f);
+    EXPECT_STREQ("keep", text);
 }
