@@ -56,6 +56,20 @@ TEST(TalvoXMLPrinter, TagOperationsWriteTheirPiecesAndMoveTheDepth) {
     delete printer;
 }
 
+// The header line, with a document type only when one is given; depth back to 0.
+TEST(TalvoXMLPrinter, DocumentHeaderAndAttributeObject) {
+    TalvoXMLPrinter* printer = new TalvoXMLPrinter();
+    printer->incrementDepth();
+    EXPECT_EQ(printed([](P* p, S* s) { p->printDocumentHeader("x", s); }, printer),
+              "<?xml version=\"1.0\"?>\n<!DOCTYPE x>\n");
+    EXPECT_EQ(printer->getDepth(), 0);
+    EXPECT_EQ(printed([](P* p, S* s) { p->printDocumentHeader(nullptr, s); }, printer), "<?xml version=\"1.0\"?>\n");
+    TalvoXMLAttribute* attribute = new TalvoXMLAttribute("n", 2.5);
+    EXPECT_EQ(printed([attribute](P* p, S* s) { p->printAttribute(attribute, s); }, printer), " n=\"2.5\"");
+    delete attribute;
+    delete printer;
+}
+
 TEST(TalvoXMLPrinter, IndentationUnitAndNegativeDepth) {
     TalvoXMLPrinter* printer = new TalvoXMLPrinter();
     printer->setIndentation("\\t");  // written through put(char*): the escape becomes a tab
@@ -86,9 +100,11 @@ TEST(TalvoXMLPrinter, ConstantAttributesPrintByType) {
         new TalvoConstant(0.1),
         new TalvoConstant("text"),
         new TalvoConstant(static_cast<void*>(new TalvoConstant(1)), TalvoConstant::free, 9),
+        new TalvoConstant(false),
+        new TalvoConstant(-12),
     };
-    const char* expected[] = {" c=\"nil\"", " c=\"0.1\"", " c=\"text\"", " c=\"nil\""};
-    for (int i = 0; i < 4; ++i) {
+    const char* expected[] = {" c=\"nil\"", " c=\"0.1\"", " c=\"text\"", " c=\"nil\"", " c=\"false\"", " c=\"-12\""};
+    for (int i = 0; i < 6; ++i) {
         TalvoConstant* constant = constants[i];
         EXPECT_EQ(printed([constant](P* p, S* s) { p->printAttribute("c", constant, s); }), expected[i]) << i;
         delete constant;
