@@ -143,13 +143,12 @@ TEST(TalvoChronogram, EmptyChronogramStopsAndResets) {
 
 // A stored distance stays until recomputed; a copy starts at 0.
 TEST(TalvoChronogramPoint, SetDistanceThenCopyAndUpdate) {
-    TalvoChronogramPoint* p = new TalvoChronogramPoint();
-    p->setDistanceToNextPoint(2.5);
-    EXPECT_EQ(2.5, p->getDistanceToNextPoint());
-    TalvoChronogramPoint* c = p->copy();
+    TalvoChronogramPoint p;
+    p.setDistanceToNextPoint(2.5);
+    EXPECT_EQ(2.5, p.getDistanceToNextPoint());
+    TalvoChronogramPoint* c = p.copy();
     EXPECT_EQ(0.0, c->getDistanceToNextPoint());
-    p->updateDistanceToNextPoint(1.0);  // no next point
-    EXPECT_EQ(DBL_MAX, p->getDistanceToNextPoint());
     TalvoChronogramPoint::free(c);
-    TalvoChronogramPoint::free(p);
+    p.updateDistanceToNextPoint(1.0);  // no next point
+    EXPECT_EQ(DBL_MAX, p.getDistanceToNextPoint());
 }

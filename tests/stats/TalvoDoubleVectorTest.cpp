@@ -35,7 +35,7 @@ const double kLargest = 1.7976931348623157e308;
 
 }  // namespace
 
-// Each form on its own, from v = (1, 2) and w = (3, 4).
+// Each form, alone or after another, from v = (1, 2) and w = (3, 4).
 TEST(TalvoDoubleVector, ArithmeticForms) {
     using V = TalvoDoubleVector*;
     struct Case {
@@ -48,18 +48,12 @@ TEST(TalvoDoubleVector, ArithmeticForms) {
         {"div(w)", [](V v, V w) { v->div(w); }, "<0.333333,0.5>"},
         {"sub(d, w)", [](V v, V w) { v->sub(0.5, w); }, "<-0.5,0>"},
         {"div(d, w)", [](V v, V w) { v->div(0.5, w); }, "<0.666667,1>"},
-        {"set(d)", [](V v, V) { v->set(7); }, "<7,7>"},
-        {"set(w)", [](V v, V w) { v->set(w); }, "<3,4>"},
-        {"set(d, w)", [](V v, V w) { v->set(2, w); }, "<6,8>"},
-        {"add(i, d)", [](V v, V) { v->add(0, 0.5); }, "<1.5,2>"},
-        {"add(d)", [](V v, V) { v->add(1); }, "<2,3>"},
-        {"add(d, w)", [](V v, V w) { v->add(2, w); }, "<7,10>"},
-        {"sub(i, d)", [](V v, V) { v->sub(1, 5); }, "<1,-3>"},
-        {"sub(d)", [](V v, V) { v->sub(1); }, "<0,1>"},
-        {"sub(w)", [](V v, V w) { v->sub(w); }, "<-2,-2>"},
-        {"mul(i, d)", [](V v, V) { v->mul(1, 3); }, "<1,6>"},
-        {"mul(d)", [](V v, V) { v->mul(-2); }, "<-2,-4>"},
-        {"mul(w)", [](V v, V w) { v->mul(w); }, "<3,8>"},
+        {"set(d), add(i, d)", [](V v, V) { v->set(7); v->add(0, 0.5); }, "<7.5,7>"},
+        {"set(w), mul(i, d)", [](V v, V w) { v->set(w); v->mul(1, 3); }, "<3,12>"},
+        {"set(d, w), sub(i, d)", [](V v, V w) { v->set(2, w); v->sub(1, 5); }, "<6,3>"},
+        {"add(d), mul(d)", [](V v, V) { v->add(1); v->mul(-2); }, "<-4,-6>"},
+        {"add(d, w), sub(d)", [](V v, V w) { v->add(2, w); v->sub(1); }, "<6,9>"},
+        {"sub(w), mul(w)", [](V v, V w) { v->sub(w); v->mul(w); }, "<-6,-8>"},
         {"mul(d, w)", [](V v, V w) { v->mul(0.5, w); }, "<1.5,4>"},
     };
     for (const Case& c : cases) {

@@ -75,13 +75,11 @@ TEST(TalvoFile, OpenAndClose_WrapTheRuntime) {
     EXPECT_EQ(TalvoFile::open("no/such/dir/x.txt", "r"), nullptr);
     EXPECT_EQ(TalvoFile::close(nullptr), EOF);
     FILE* file = TalvoFile::open("t.txt", "w");
-    ASSERT_NE(file, nullptr);
     TalvoFileStream stream(false, file);
     EXPECT_EQ(stream.getFile(), file);
     stream.put("hi");
     stream.flush();
     EXPECT_EQ(TalvoFile::close(file), 0);
-    stream.setFile(nullptr);
     EXPECT_EQ(talvo_test::readFile("t.txt"), "hi");
 }
 

@@ -157,14 +157,12 @@ TEST(TalvoXMLParser, ParserIsReusableAfterAnError) {
 
 // A printer is there on first use; a replacement is the one handed out.
 TEST(TalvoXMLParser, GetPrinterMakesOneThenGivesTheReplacement) {
-    TalvoXMLParser* parser = new TalvoXMLParser();
-    TalvoXMLPrinter* first = parser->getPrinter();
+    TalvoXMLParser parser;
+    TalvoXMLPrinter *first = parser.getPrinter(), *other = new TalvoXMLPrinter();
     EXPECT_NE(first, nullptr);
-    EXPECT_EQ(parser->getPrinter(), first);
-    TalvoXMLPrinter* other = new TalvoXMLPrinter();
-    parser->setPrinter(other);
-    EXPECT_EQ(parser->getPrinter(), other);
-    delete parser;
+    EXPECT_EQ(parser.getPrinter(), first);
+    parser.setPrinter(other);
+    EXPECT_EQ(parser.getPrinter(), other);
 }
 
 TEST(TalvoXMLParser, TrailingWhiteSpaceEndsTheParseQuietly) {
