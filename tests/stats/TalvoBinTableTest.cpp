@@ -61,9 +61,15 @@ TEST(TalvoBinTable, AddValue_ShrinkFactorOneStaysInsideArrays) {
     expectEntries(single, {{3, 3}});
 }
 
-// Bins of weight 4 / 3 over entries of weight 1.5, 1.5 and 1 leave a
-// rounding residue once every slot holds a bin: it stays inside the arrays.
-TEST(TalvoBinTable, Shrink_ToEverySlotKeepsResidueInside) {
+// Weight left after the last entry makes a last bin; as a rounding residue
+// once every slot holds a bin (bins of 4 / 3 over 1.5, 1.5 and 1) it stays
+// inside the arrays.
+TEST(TalvoBinTable, Shrink_LeftoverWeightEndsInALastBin) {
+    TalvoBinTable heavy(1, 2);
+    addValues(heavy, {1, 3});
+    heavy.shrink(1);
+    heavy.shrink(2);  // the one entry of weight 2 emits one bin and carries the other
+    expectEntries(heavy, {{2, 1}, {2, 1}});
     TalvoBinTable t(1, 3);
     addValues(t, {3, 1, 2});
     t.shrink(2);

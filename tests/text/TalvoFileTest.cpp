@@ -70,7 +70,7 @@ TEST(TalvoFile, Rename_MovesAcrossFileSystems) {
     EXPECT_EQ(talvo_test::readFile("back.txt"), "across");
 }
 
-// The stream writes to the file it was given and leaves closing to its owner.
+// A stream writes to the file that open gave; TalvoFile::close ends it.
 TEST(TalvoFile, OpenAndClose_WrapTheRuntime) {
     EXPECT_EQ(TalvoFile::open("no/such/dir/x.txt", "r"), nullptr);
     EXPECT_EQ(TalvoFile::close(nullptr), EOF);
