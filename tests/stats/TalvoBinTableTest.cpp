@@ -61,6 +61,25 @@ TEST(TalvoBinTable, AddValue_ShrinkFactorOneStaysInsideArrays) {
     expectEntries(single, {{3, 3}});
 }
 
+// Weight left after the last entry makes a last bin; as a rounding residue
+// once every slot holds a bin (bins of 4 / 3 over 1.5, 1.5 and 1) it stays
+// inside the arrays.
+TEST(TalvoBinTable, Shrink_LeftoverWeightEndsInALastBin) {
+    TalvoBinTable heavy(1, 2);
+    addValues(heavy, {1, 3});
+    heavy.shrink(1);
+    heavy.shrink(2);  // the one entry of weight 2 emits one bin and carries the other
+    expectEntries(heavy, {{2, 1}, {2, 1}});
+    TalvoBinTable t(1, 3);
+    addValues(t, {3, 1, 2});
+    t.shrink(2);
+    expectEntries(t, {{4.0 / 3, 1.5}, {8.0 / 3, 1.5}});
+    t.addValue(10);
+    t.shrink(3);
+    expectEntries(t, {{4.0 / 3, 4.0 / 3}, {2.5, 4.0 / 3}, {49.0 / 6, 4.0 / 3}});
+    EXPECT_EQ(4.0, t.getWeight());
+}
+
 // Empty and sizeless tables end their shrinks; indexes outside the arrays,
 // the capacity itself included, read 0.
 TEST(TalvoBinTable, EmptySizelessAndOutsideIndexesAreSafe) {

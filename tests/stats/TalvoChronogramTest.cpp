@@ -140,3 +140,15 @@ TEST(TalvoChronogram, EmptyChronogramStopsAndResets) {
     c->appendValueToHistory(5, 1);  // no current point left behind: the first width is x
     EXPECT_EQ("5:5:1:1", chainText(c.c));
 }
+
+// A stored distance stays until recomputed; a copy starts at 0.
+TEST(TalvoChronogramPoint, SetDistanceThenCopyAndUpdate) {
+    TalvoChronogramPoint p;
+    p.setDistanceToNextPoint(2.5);
+    EXPECT_EQ(2.5, p.getDistanceToNextPoint());
+    TalvoChronogramPoint* c = p.copy();
+    EXPECT_EQ(0.0, c->getDistanceToNextPoint());
+    TalvoChronogramPoint::free(c);
+    p.updateDistanceToNextPoint(1.0);  // no next point
+    EXPECT_EQ(DBL_MAX, p.getDistanceToNextPoint());
+}

@@ -140,3 +140,25 @@ TEST(TalvoCurveCursor, RemoveAtCursorLeavesCursorOnNext) {
         TalvoCurvePoint::free(c.removeItemAndIncrement());
     EXPECT_EQ(0, curve->getNumberOfPoints());
 }
+
+// A copy is independent; walking it backwards removes toward the front.
+TEST(TalvoCurveCursor, BackwardWalkOnCopy) {
+    Curve curve{{2, 7}, {0, 1}, {2, 3}};
+    TalvoCurve* copy = curve->copy();
+    curve->getFirstPoint()->setY(9);
+    EXPECT_EQ(1.0, copy->getFirstPoint()->getY());
+    EXPECT_EQ(3.0, copy->getLastPoint()->getY());  // the last inserted of equal x
+    TalvoCurveCursor* c = copy->newCursor();
+    EXPECT_TRUE(c->isBeforeFirstItem());
+    c->resetOnLastItem();
+    c->decrement();
+    void* removed = c->removeItemAndDecrement();
+    EXPECT_EQ(7.0, static_cast<TalvoCurvePoint*>(removed)->getY());
+    TalvoCurvePoint::free(removed);
+    EXPECT_EQ(1.0, static_cast<TalvoCurvePoint*>(c->getItem())->getY());
+    TalvoCurvePoint::free(c->removeItemAndDecrement());
+    EXPECT_TRUE(c->isBeforeFirstItem());
+    EXPECT_EQ(1, copy->getNumberOfPoints());
+    delete c;
+    TalvoCurve::free(copy);
+}

@@ -35,7 +35,7 @@ const double kLargest = 1.7976931348623157e308;
 
 }  // namespace
 
-// Each form on its own, from v = (1, 2) and w = (3, 4).
+// Each form, alone or after another, from v = (1, 2) and w = (3, 4).
 TEST(TalvoDoubleVector, ArithmeticForms) {
     using V = TalvoDoubleVector*;
     struct Case {
@@ -48,12 +48,29 @@ TEST(TalvoDoubleVector, ArithmeticForms) {
         {"div(w)", [](V v, V w) { v->div(w); }, "<0.333333,0.5>"},
         {"sub(d, w)", [](V v, V w) { v->sub(0.5, w); }, "<-0.5,0>"},
         {"div(d, w)", [](V v, V w) { v->div(0.5, w); }, "<0.666667,1>"},
+        {"set(d), add(i, d)", [](V v, V) { v->set(7); v->add(0, 0.5); }, "<7.5,7>"},
+        {"set(w), mul(i, d)", [](V v, V w) { v->set(w); v->mul(1, 3); }, "<3,12>"},
+        {"set(d, w), sub(i, d)", [](V v, V w) { v->set(2, w); v->sub(1, 5); }, "<6,3>"},
+        {"add(d), mul(d)", [](V v, V) { v->add(1); v->mul(-2); }, "<-4,-6>"},
+        {"add(d, w), sub(d)", [](V v, V w) { v->add(2, w); v->sub(1); }, "<6,9>"},
+        {"sub(w), mul(w)", [](V v, V w) { v->sub(w); v->mul(w); }, "<-6,-8>"},
+        {"mul(d, w)", [](V v, V w) { v->mul(0.5, w); }, "<1.5,4>"},
     };
     for (const Case& c : cases) {
         Vec v{1, 2}, w{3, 4};
         c.apply(v, w);
         EXPECT_EQ(c.expected, printed(v)) << c.form;
     }
+}
+
+// The copy owns its values; rounding clears |x| <= eps, the bound included.
+TEST(TalvoDoubleVector, CopyThenRound) {
+    Vec v{0.0005, -0.001, 0.002};
+    TalvoDoubleVector* c = v->copy();
+    v->round(0.001);
+    EXPECT_EQ("<0,0,0.002>", printed(v));
+    EXPECT_EQ("<0.0005,-0.001,0.002>", printed(c));
+    TalvoDoubleVector::free(c);
 }
 
 // Indexes outside the vector and a shorter or null other vector touch

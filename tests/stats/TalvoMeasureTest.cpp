@@ -36,18 +36,6 @@ TEST(TalvoMeasure, AddValue_OnlyNegativeValuesKeepTinyMaximum) {
     EXPECT_EQ(0.0, m.computeStandardDeviation() - std::sqrt(8.0));
 }
 
-TEST(TalvoMeasure, AddValue_FeedsQuantilizerAndBinTable) {
-    TalvoMeasure m("fed");
-    m.setQuantilizer(new TalvoQuantilizer(2, 4));
-    m.createBinTable(2, 2);
-    addValues(m, {5, 1, 3});
-    EXPECT_EQ(3, m.getQuantilizer()->getTable(1)->getCount());
-    EXPECT_EQ(3, m.getBinTable()->getTop());
-    m.setQuantilizer(nullptr);
-    m.addValue(7);
-    EXPECT_EQ(4, m.getNumberOfValues());
-}
-
 TEST(TalvoMeasure, Import_WeightedMergeOfSumsOnly) {
     TalvoMeasure a("a"), b("b");
     addValues(a, {1, 2, 3});
@@ -70,6 +58,29 @@ TEST(TalvoMeasure, Copy_LeavesLastValueOut) {
     EXPECT_NE(m.getQuantilizer(), c->getQuantilizer());
     EXPECT_EQ(2, c->getBinTable()->getTop());
     delete c;
+}
+
+// Values feed both helpers; reset keeps the last value and empties the
+// quantilizer, whose filling restarts at buffer 1, and the bin table.
+TEST(TalvoMeasure, FeedResetAndDeleteHelpers) {
+    TalvoMeasure m("kept");
+    m.setQuantilizer(new TalvoQuantilizer(2, 2));
+    m.createBinTable(1, 3);
+    addValues(m, {3, 1, 2});
+    EXPECT_EQ(1.0, m.getQuantilizer()->getTable(1)->getMinimumValue());
+    m.reset();
+    EXPECT_EQ(0, m.getNumberOfValues());
+    EXPECT_EQ(DBL_MAX, m.getMinimumValue());
+    EXPECT_EQ(2.0, m.getLastValue());
+    EXPECT_EQ(0.0, m.getBinTable()->getValue(2));
+    m.addValue(9);
+    EXPECT_EQ(9.0, m.getQuantilizer()->getTable(1)->getMinimumValue());
+    EXPECT_EQ(1, m.getBinTable()->getTop());
+    m.deleteBinTable();
+    EXPECT_EQ(nullptr, m.getBinTable());
+    m.setQuantilizer(nullptr);
+    m.addValue(4);
+    EXPECT_EQ(2, m.getNumberOfValues());
 }
 
 TEST(TalvoMeasure, CompareName_NullSortsFirst) {

@@ -113,10 +113,15 @@ TEST(TalvoCongruentialRandomizer, Draw_ZeroMultiplierIsDefined) {
     EXPECT_EQ(0.0, r.exponentialDraw());
 }
 
-TEST(TalvoShuffledCongruentialRandomizer, Draw_FirstValuesFromDefaultSeed) {
+// A copy continues the same sequence.
+TEST(TalvoShuffledCongruentialRandomizer, Draw_FirstValuesFromDefaultSeedAndCopy) {
     TalvoShuffledCongruentialRandomizer r(1);
     EXPECT_EQ(32, r.getSize());
-    EXPECT_EQ((std::vector<int>{1982386332, 715426902, 424962143, 2038867620, 1683198519}), draws(&r, 5));
+    EXPECT_EQ(1982386332, r.draw());
+    TalvoRandomizer* c = r.copy();
+    EXPECT_EQ((std::vector<int>{715426902, 424962143, 2038867620, 1683198519}), draws(c, 4));
+    EXPECT_EQ(715426902 / 2147483647.0, r.uniformDraw());
+    delete c;
 }
 
 TEST(TalvoShuffledCongruentialRandomizer, Reset_ZeroSeedActsAsOneAndNegativeIsNegated) {
@@ -225,4 +230,24 @@ TEST(TalvoRandomizer, Base_DrawsNothingAndNeverHangs) {
     EXPECT_EQ(nullptr, r.copy());
     EXPECT_EQ(0, r.draw());
     EXPECT_EQ(0.0, r.exponentialDraw());
+}
+
+// A reset cache makes the next call draw a new pair; lognormal and beta follow
+// their formulas; a congruential copy continues the seed without the cache.
+TEST(TalvoRandomizer, DerivedDrawsAndCopies) {
+    const double z = 0.802356008872396;  // first deviate of the pair (0.6, 0.7)
+    ScriptedRandomizer s({0.6, 0.7, 0.6, 0.7});
+    EXPECT_EQ(z, s.normalDraw());
+    s.resetNormalDrawValue();
+    EXPECT_EQ(z, s.normalDraw());
+    EXPECT_EQ(4, s.used);
+    ScriptedRandomizer l({0.6, 0.7});  // factor e^(0.5 x 1.9599) at 95 %: sigma 0.5
+    EXPECT_DOUBLE_EQ(std::exp(std::log(2.0) - 0.125 + 0.5 * z), l.lognormalDraw(2, std::exp(0.5 * 1.9599), 0.95));
+    TalvoCongruentialRandomizer r(1);
+    r.normalDraw();  // leaves a cached deviate that the copy must not take
+    TalvoRandomizer* c = r.copy();
+    r.resetNormalDrawValue();
+    double x = c->gammaDraw(0.5), y = c->gammaDraw(3);
+    EXPECT_EQ(x / (x + y), r.betaDraw(0.5, 3));
+    delete c;
 }

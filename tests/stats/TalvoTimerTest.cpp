@@ -80,3 +80,18 @@ TEST(TalvoTimer, AssignmentCopiesEveryField) {
     delete a;  // b keeps a name of its own
     EXPECT_EQ(0, b.compareName("run"));
 }
+
+// The real clock: totals never negative and never shrinking.
+TEST(TalvoTimer, RealClockSmoke) {
+    TalvoTimer timer;
+    timer.setName("real");
+    EXPECT_STREQ("real", timer.getName());
+    timer.reset();
+    timer.stop();
+    long ticks = timer.getAccumulatedTicks();
+    EXPECT_GE(ticks, 0);
+    timer.start();
+    timer.stop();
+    EXPECT_GE(timer.getAccumulatedTicks(), ticks);
+    EXPECT_GE(timer.getAccumulatedSeconds(), 0.0);
+}

@@ -2,6 +2,7 @@
 
 #include <talvo/foundation/TalvoRawString.h>
 #include <talvo/text/TalvoFile.h>
+#include <talvo/text/TalvoFileStream.h>
 
 #include <dirent.h>
 #include <string>
@@ -67,6 +68,19 @@ TEST(TalvoFile, Rename_MovesAcrossFileSystems) {
     EXPECT_FALSE(TalvoFile::exists("source file.txt"));
     ASSERT_EQ(TalvoFile::rename(target.c_str(), "back.txt"), 0);
     EXPECT_EQ(talvo_test::readFile("back.txt"), "across");
+}
+
+// A stream writes to the file that open gave; TalvoFile::close ends it.
+TEST(TalvoFile, OpenAndClose_WrapTheRuntime) {
+    EXPECT_EQ(TalvoFile::open("no/such/dir/x.txt", "r"), nullptr);
+    EXPECT_EQ(TalvoFile::close(nullptr), EOF);
+    FILE* file = TalvoFile::open("t.txt", "w");
+    TalvoFileStream stream(false, file);
+    EXPECT_EQ(stream.getFile(), file);
+    stream.put("hi");
+    stream.flush();
+    EXPECT_EQ(TalvoFile::close(file), 0);
+    EXPECT_EQ(talvo_test::readFile("t.txt"), "hi");
 }
 
 TEST(TalvoFile, GetProgramPath_IsDirectoryOfRunningExecutable) {

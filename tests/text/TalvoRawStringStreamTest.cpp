@@ -2,6 +2,7 @@
 
 #include <talvo/text/TalvoRawStringStream.h>
 
+#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -10,7 +11,9 @@ namespace {
 class RecordingStream : public TalvoStream {
 public:
     void put(char c) override { text += c; }
+    void flush() override { ++flushes; }
     std::string text;
+    int flushes = 0;
 };
 
 int refills = 0;  // call-back state
@@ -94,4 +97,30 @@ TEST(TalvoRawStringStream, NullBuffer_GivesNeutralAnswers) {
     TalvoRawStringStream writer(false, nullptr, 10);
     writer.put("abc");
     writer.flush();
+}
+
+// Every put and putln form; each putln flushes once, and without a call-back
+// a flush keeps the place.
+TEST(TalvoRawStringStream, PutAndPutlnForms) {
+    static int x;
+    char buffer[128] = {}, pointer[32];
+    std::snprintf(pointer, sizeof pointer, "%p\n", static_cast<void*>(&x));
+    TalvoRawStringStream stream(false, buffer, 127);
+    RecordingStream trace;
+    stream.setTraceStream(&trace);
+    stream.put(4000000000L);
+    stream.put(-3);
+    stream.put(3.14159f);
+    stream.put("|%.2f", 0.5f);
+    stream.putln('c');
+    stream.putln(-7L);
+    stream.putln(1.5f);
+    stream.putln("a\\tb");
+    stream.putln("%.1f", 2.5f);
+    stream.putln("%e", 1.0);
+    stream.putln();
+    stream.putln(&x);
+    EXPECT_EQ(trace.flushes, 8);
+    EXPECT_EQ(trace.text, "4000000000-33.14159|0.50c\n-7\n1.5\na\tb\n2.5\n1.000000e+00\n\n" + std::string(pointer));
+    EXPECT_EQ(trace.text, buffer);
 }

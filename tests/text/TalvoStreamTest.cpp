@@ -42,8 +42,12 @@ struct Reader : TalvoFileStream {
 TEST(TalvoStream, BareStream_ReadsAsEndedAndSwallowsWrites) {
     TalvoStream stream;
     EXPECT_EQ(stream.isAtEnd(), 1);
+    EXPECT_EQ(stream.getChar(), -1);
+    EXPECT_EQ(stream.getFile(), nullptr);
     stream.unGetChar('x');
     stream.putln("abc");
+    stream.put(5L);
+    stream.close();
     EXPECT_EQ(stream.getLineNumber(), 0);
 }
 

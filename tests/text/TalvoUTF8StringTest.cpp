@@ -38,6 +38,8 @@ TEST(TalvoUTF8String, EachEdit_PrivatizesSharedBuffer) {
     } edits[] = {
         {"append", [](TalvoUTF8String& s) { s.append("z"); }, "abz"},
         {"out-of-range remove", [](TalvoUTF8String& s) { s.remove(7); }, "ab"},
+        {"insert", [](TalvoUTF8String& s) { s.insert(1, 'x'); }, "axb"},
+        {"clear", [](TalvoUTF8String& s) { s.clear(); }, ""},
     };
     for (const Edit& e : edits) {
         TalvoUTF8String original;
@@ -49,6 +51,22 @@ TEST(TalvoUTF8String, EachEdit_PrivatizesSharedBuffer) {
         EXPECT_EQ(copy.getReferenceCounter(), 1) << e.name;
         EXPECT_EQ(original.getReferenceCounter(), 1) << e.name;
     }
+}
+
+// Bytes 0x80 and above are Latin-1 characters of two bytes each; an insert
+// beyond the length changes nothing, one at the length appends.
+TEST(TalvoUTF8String, InsertAndAppendForms) {
+    TalvoUTF8String s;
+    EXPECT_TRUE(s.isEmpty());
+    s.append('\xe9').append(TalvoUTF8Char('A')).insert(0, "b\xe9").insert(1, 'x').insert(9, 'z');
+    s.insert(5, TalvoUTF8Char('!'));
+    EXPECT_EQ(textOf(s), "bx\xc3\xa9\xc3\xa9" "A!");
+    TalvoUTF8String t;
+    t.append("<").append(s);
+    s.clear();
+    EXPECT_TRUE(s.isEmpty());
+    EXPECT_EQ(t.getLength(), 7);
+    EXPECT_EQ(textOf(t), "<bx\xc3\xa9\xc3\xa9" "A!");
 }
 
 TEST(TalvoUTF8String, Assignment_KeepsShareHeldBefore) {

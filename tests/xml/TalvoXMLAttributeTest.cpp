@@ -15,6 +15,12 @@ TEST(TalvoXMLAttribute, NumbersFormatAndConvertLikeAtoiAndAtof) {
     real->setValue("2.5e1");
     EXPECT_DOUBLE_EQ(real->getValueAsDouble(), 25.0);
     EXPECT_EQ(real->getValueAsInt(), 2);
+    EXPECT_TRUE(real->isDouble());
+    real->setValue("0.000");  // zero reads as a real only when written 0, 0.0 or 0.00
+    EXPECT_FALSE(real->isDouble());
+    real->setValueAsInt(-42);
+    EXPECT_STREQ(real->getValue(), "-42");
+    EXPECT_TRUE(real->isInt());
     real->setValue(nullptr);
     EXPECT_EQ(real->getValueAsInt(), 0);
     TalvoXMLAttribute::free(real);
@@ -28,6 +34,8 @@ TEST(TalvoXMLAttribute, BoolRecognisesExactLowerCaseWordsOnly) {
         TalvoXMLAttribute* attribute = new TalvoXMLAttribute("n", c.value);
         EXPECT_EQ(attribute->isBool(), c.isBool) << c.value;
         EXPECT_EQ(attribute->getValueAsBool(), c.asBool) << c.value;
+        attribute->setValueAsBool(!c.asBool);
+        EXPECT_STREQ(attribute->getValue(), c.asBool ? "false" : "true");
         delete attribute;
     }
 }

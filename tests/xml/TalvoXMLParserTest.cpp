@@ -3,6 +3,7 @@
 #include <talvo/xml/TalvoXMLDocument.h>
 #include <talvo/xml/TalvoXMLParser.h>
 #include <talvo/xml/TalvoXMLParserMessenger.h>
+#include <talvo/xml/TalvoXMLPrinter.h>
 #include <talvo/xml/TalvoXMLTerm.h>
 
 #include <cstdio>
@@ -152,6 +153,16 @@ TEST(TalvoXMLParser, ParserIsReusableAfterAnError) {
     std::fclose(bad);
     std::fclose(good);
     delete document;
+}
+
+// A printer is there on first use; a replacement is the one handed out.
+TEST(TalvoXMLParser, GetPrinterMakesOneThenGivesTheReplacement) {
+    TalvoXMLParser parser;
+    TalvoXMLPrinter *first = parser.getPrinter(), *other = new TalvoXMLPrinter();
+    EXPECT_NE(first, nullptr);
+    EXPECT_EQ(parser.getPrinter(), first);
+    parser.setPrinter(other);
+    EXPECT_EQ(parser.getPrinter(), other);
 }
 
 TEST(TalvoXMLParser, TrailingWhiteSpaceEndsTheParseQuietly) {

@@ -25,6 +25,8 @@ std::string printed(Write write, TalvoXMLPrinter* printer = nullptr) {
     return talvo_test::readFile("out.txt");
 }
 
+const std::string Declaration = "<?xml version=\"1.0\"?>\n";
+
 typedef TalvoXMLPrinter P;
 typedef TalvoStream S;
 
@@ -52,6 +54,10 @@ TEST(TalvoXMLPrinter, TagOperationsWriteTheirPiecesAndMoveTheDepth) {
     EXPECT_EQ(printer->getDepth(), 2);
     EXPECT_EQ(printed([](P* p, S* s) { p->printCloseTag("c", s); }, printer), "  </c>\n");
     EXPECT_EQ(printed([](P* p, S* s) { p->printCloseTag("a", s); }, printer), "</a>\n");  // back at 0, no indent
+    EXPECT_EQ(printer->getDepth(), 0);
+    printer->incrementDepth();  // the header puts the depth back to 0
+    EXPECT_EQ(printed([](P* p, S* s) { p->printDocumentHeader("x", s); }, printer), Declaration + "<!DOCTYPE x>\n");
+    EXPECT_EQ(printed([](P* p, S* s) { p->printDocumentHeader(nullptr, s); }, printer), Declaration);
     EXPECT_EQ(printer->getDepth(), 0);
     delete printer;
 }
@@ -86,9 +92,11 @@ TEST(TalvoXMLPrinter, ConstantAttributesPrintByType) {
         new TalvoConstant(0.1),
         new TalvoConstant("text"),
         new TalvoConstant(static_cast<void*>(new TalvoConstant(1)), TalvoConstant::free, 9),
+        new TalvoConstant(false),
+        new TalvoConstant(-12),
     };
-    const char* expected[] = {" c=\"nil\"", " c=\"0.1\"", " c=\"text\"", " c=\"nil\""};
-    for (int i = 0; i < 4; ++i) {
+    const char* expected[] = {" c=\"nil\"", " c=\"0.1\"", " c=\"text\"", " c=\"nil\"", " c=\"false\"", " c=\"-12\""};
+    for (int i = 0; i < 6; ++i) {
         TalvoConstant* constant = constants[i];
         EXPECT_EQ(printed([constant](P* p, S* s) { p->printAttribute("c", constant, s); }), expected[i]) << i;
         delete constant;

@@ -1,5 +1,6 @@
 #include "support/TalvoTest.h"
 
+#include <talvo/foundation/TalvoRawString.h>
 #include <talvo/xml/TalvoXMLAttribute.h>
 #include <talvo/xml/TalvoXMLTerm.h>
 
@@ -13,6 +14,11 @@ TEST(TalvoXMLTerm, CompareTagOrdersUnsignedWithNullFirst) {
     EXPECT_EQ(high->compareTags(a), 1);  // 0xE9 is above 'a' as unsigned
     EXPECT_EQ(none->compareTag(nullptr), 0);
     EXPECT_EQ(none->compareTags(a), -1);
+    char* tag = a->copyTag();  // a node has no text but its tag copies
+    EXPECT_EQ(a->getText(), nullptr);
+    EXPECT_STREQ(tag, "a");
+    EXPECT_NE(tag, a->getTag());
+    TalvoRawString::free(tag);
     delete a;
     delete high;
     delete none;
@@ -45,6 +51,7 @@ TEST(TalvoXMLTerm, NthChildCountsFromZeroNthNodeChildFromOne) {
     EXPECT_EQ(a->getNthNodeChild(2), a->getNthChild(3));
     EXPECT_EQ(a->getNthNodeChild(4), nullptr);
     EXPECT_EQ(a->getNumberOfChildren(), 5);
+    EXPECT_EQ(a->getNumberOfNodeChildren(), 3);
     EXPECT_EQ(a->getNumberOfNodeChildrenOfTag("c"), 1);  // the comment "c" is not a node
     EXPECT_TRUE(a->findChild("c")->isComment());         // but findChild matches any type
     EXPECT_EQ(a->findChild("zz"), nullptr);
