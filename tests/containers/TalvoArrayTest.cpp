@@ -6,6 +6,7 @@
 #include <talvo/foundation/TalvoInteger.h>
 
 #include <climits>
+#include <string>
 #include <vector>
 
 namespace {
@@ -41,9 +42,7 @@ TEST(TalvoArray, DefaultGrowsByWholeIncrements) {
     a.setCell(5000, I(2));
     EXPECT_EQ(a.getSize(), 5120);
     a.setCell(-1, I(3));
-    EXPECT_EQ(a.getNumberOfItems(), 2);
-    EXPECT_EQ(a.getCell(-1), nullptr);
-    EXPECT_EQ(a.getCell(5120), nullptr);
+    EXPECT_TRUE(a.getNumberOfItems() == 2 && !a.getCell(-1) && !a.getCell(5120));
 }
 
 TEST(TalvoArray, ReduceDownToIndexRoundsUpToIncrement) {
@@ -65,10 +64,8 @@ TEST(TalvoArray, ReduceDownToIndexRoundsUpToIncrement) {
 TEST(TalvoArray, PushAndPop) {
     TalvoArray a(2);
     EXPECT_EQ(a.popItem(), nullptr);  // slot -1
-    a.pushItem(I(1));
-    a.pushItem(nullptr);
-    a.pushItem(I(2));
-    a.pushItem(I(3));
+    for (void* item : {I(1), static_cast<void*>(nullptr), I(2), I(3)})
+        a.pushItem(item);
     EXPECT_EQ(a.popItem(), I(3));
     EXPECT_EQ(a.popItem(), I(2));
     // The push slot is itemCount, even when that slot is taken.
@@ -93,11 +90,7 @@ TEST(TalvoArray, SearchesAndNthItems) {
     EXPECT_EQ(empty.getIndexOfFirstItem(), -1);
     EXPECT_EQ(empty.getIndexOfLastItem(), 0);
     TalvoArray* a = arrayOf(6, {nullptr, I(1), nullptr, I(3), I(1)});
-    struct {
-        int n;
-        void* item;
-        int index;
-    } table[] = {{-1, nullptr, -1}, {0, nullptr, 0}, {2, I(3), 3}, {4, nullptr, -1}};
+    struct { int n; void* item; int index; } table[] = {{-1, nullptr, -1}, {0, nullptr, 0}, {2, I(3), 3}, {4, nullptr, -1}};
     for (auto& row : table) {
         EXPECT_EQ(a->getNthItem(row.n), row.item) << "n " << row.n;
         EXPECT_EQ(a->getIndexOfNthItem(row.n), row.index) << "n " << row.n;
@@ -122,29 +115,22 @@ TEST(TalvoArray, SearchesAndNthItems) {
 
 // Copies keep the increment, not the size, as the growth step.
 TEST(TalvoArray, CopiesAndDeletes) {
-    TalvoArray* a = new TalvoArray(3);
-    a->setCell(1, I(1));
-    a->setCell(4, I(4));
+    TalvoArray* a = arrayOf(3, {nullptr, I(1), nullptr, nullptr, I(4)});
     TalvoArray* c = a->copy();
     EXPECT_EQ(slots(c), (std::vector<void*>{nullptr, I(1), nullptr, nullptr, I(4), nullptr}));
-    EXPECT_EQ(c->getNumberOfItems(), 2);
     c->setCell(6, I(6));
-    EXPECT_EQ(c->getSize(), 9);
+    EXPECT_TRUE(c->getNumberOfItems() == 3 && c->getSize() == 9);
     delete c;
     delete a;
-    TalvoArray* boxes = new TalvoArray(4);
-    boxes->setCell(2, TalvoInteger::allocate(7));
-    boxes->setCell(3, TalvoInteger::allocate(8));
+    TalvoArray* boxes = arrayOf(4, {nullptr, nullptr, TalvoInteger::allocate(7), TalvoInteger::allocate(8)});
     TalvoArray* copies = boxes->copyWithItems(TalvoInteger::copy);
-    EXPECT_EQ(copies->getNumberOfItems(), 2);
-    EXPECT_NE(copies->getCell(2), boxes->getCell(2));
+    EXPECT_TRUE(copies->getNumberOfItems() == 2 && copies->getCell(2) != boxes->getCell(2));
     EXPECT_EQ(*static_cast<int*>(copies->getCell(2)), 7);
     copies->deleteWithItems(TalvoInteger::free);  // the balance check sees a missed free
     boxes->deleteItem(2, TalvoInteger::free);
     boxes->deleteItem(2, TalvoInteger::free);  // empty now: nothing to free twice
     boxes->deleteItem(4, TalvoInteger::free);
-    EXPECT_EQ(boxes->getCell(2), nullptr);
-    EXPECT_EQ(boxes->getNumberOfItems(), 1);
+    EXPECT_TRUE(boxes->getCell(2) == nullptr && boxes->getNumberOfItems() == 1);
     boxes->deleteWithItems(TalvoInteger::free);
 }
 
@@ -161,11 +147,7 @@ TEST(TalvoArray, ClearBlockBoundIsInclusive) {
 }
 
 TEST(TalvoArray, MoveBlock) {
-    struct {
-        int from, length, shift;
-        std::vector<void*> expected;
-        int count;
-    } table[] = {
+    struct { int from, length, shift; std::vector<void*> expected; int count; } table[] = {
         {1, 0, -1, {I(0), nullptr, I(2), I(3), I(4), nullptr}, 4},  // target 0 drops
         {3, 5, 2, {I(0), I(1), I(2), nullptr, nullptr, I(3)}, 4},      // 4 falls off the end
         {0, 2, 3, {nullptr, nullptr, nullptr, I(0), I(1), I(2)}, 3},   // 3 and 4 overwritten
@@ -175,8 +157,9 @@ TEST(TalvoArray, MoveBlock) {
     for (auto& row : table) {
         TalvoArray* a = arrayOf(6, {I(0), I(1), I(2), I(3), I(4)});
         a->moveBlock(row.from, row.length, row.shift);
-        EXPECT_EQ(slots(a), row.expected) << row.from << "," << row.length << "," << row.shift;
-        EXPECT_EQ(a->getNumberOfItems(), row.count) << row.from << "," << row.length << "," << row.shift;
+        SCOPED_TRACE(std::to_string(row.from) + "," + std::to_string(row.length) + "," + std::to_string(row.shift));
+        EXPECT_EQ(slots(a), row.expected);
+        EXPECT_EQ(a->getNumberOfItems(), row.count);
         delete a;
     }
 }
