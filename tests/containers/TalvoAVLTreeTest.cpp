@@ -125,7 +125,7 @@ TEST(TalvoAVLTree, NullInputs_EmptyTreeAndNullCompare) {
     EXPECT_EQ(c->removeItemAndIncrement(), nullptr);
     delete c;
     delete tree;
-    // A null compare call-back ranks all Items equal: plain insertion order.
+    // A null compare call-back ranks all Items equal: insertion order.
     std::vector<Keyed> k = {{3, 0}, {1, 1}, {2, 2}, {0, 3}};
     tree = treeOf(k, nullptr);
     EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{0, 1, 2, 3}));
@@ -133,8 +133,9 @@ TEST(TalvoAVLTree, NullInputs_EmptyTreeAndNullCompare) {
 }
 
 // Membership, positions and the cursor's resetOnItem go by identity: a twin
-// with an equal key is not in the tree.
-TEST(TalvoAVLTree, Contains_IsByIdentityAmongEqualItems) {
+// with an equal key is not in the tree. removeNthItem removes the Item at
+// that position, not the first equal one met from the root.
+TEST(TalvoAVLTree, ContainsAndPositions_AreByIdentityAmongEqualItems) {
     std::vector<Keyed> k = {{3, 0}, {2, 0}, {2, 1}, {2, 2}, {1, 5}};
     Keyed twin = {2, 7};
     TalvoAVLTree* tree = treeOf(k);
@@ -146,16 +147,9 @@ TEST(TalvoAVLTree, Contains_IsByIdentityAmongEqualItems) {
     c->resetOnItem(&twin);
     EXPECT_TRUE(c->getItem() == nullptr && c->isAfterLastItem() && !c->isBeforeFirstItem());
     delete c;
-    delete tree;
-}
-
-// The Item at that position goes, not the first equal one met from the root.
-TEST(TalvoAVLTree, RemoveNthItem_RemovesThatPosition) {
-    std::vector<Keyed> k = {{1, 0}, {2, 0}, {2, 1}, {2, 2}, {4, 0}};
-    TalvoAVLTree* tree = treeOf(k);
     EXPECT_EQ(tree->removeNthItem(3), &k[2]);
     EXPECT_EQ(tree->removeNthItem(5), nullptr);
-    EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{0, 0, 2, 0}));
+    EXPECT_EQ(tagsInOrder(tree), (std::vector<int>{5, 0, 2, 0}));
     delete tree;
 }
 
@@ -206,8 +200,8 @@ int compareBoxesNullAsZero(void* a, void* b) {
 TEST(TalvoAVLTree, CursorRemoveOffItem_StillRemovesByCompareWithNull) {
     int zero = 0, one = 1;
     TalvoAVLTree* tree = new TalvoAVLTree(compareBoxesNullAsZero);
-    tree->insertItem(&one);
-    tree->insertItem(&zero);
+    for (int* box : {&one, &zero})
+        tree->insertItem(box);
     TalvoAVLTreeCursor* c = tree->newCursor();
     nullCompares = 0;
     EXPECT_EQ(c->removeItemAndIncrement(), nullptr);

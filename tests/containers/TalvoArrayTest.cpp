@@ -34,7 +34,8 @@ int compareValues(void* item, void* key) { return item && compareInts(item, key)
 
 }  // namespace
 
-TEST(TalvoArray, DefaultGrowsByWholeIncrements) {
+// Sizes move by whole increments, up and down.
+TEST(TalvoArray, Resizes_ByWholeIncrements) {
     TalvoArray a;
     EXPECT_EQ(a.getSize(), 1024);
     a.setCell(1024, I(1));
@@ -43,9 +44,6 @@ TEST(TalvoArray, DefaultGrowsByWholeIncrements) {
     EXPECT_EQ(a.getSize(), 5120);
     a.setCell(-1, I(3));
     EXPECT_TRUE(a.getNumberOfItems() == 2 && !a.getCell(-1) && !a.getCell(5120));
-}
-
-TEST(TalvoArray, ReduceDownToIndexRoundsUpToIncrement) {
     TalvoArray b(4);
     b.extendUpToIndex(15);
     EXPECT_EQ(b.getSize(), 16);

@@ -32,8 +32,9 @@ State on(void* item, bool first, bool last) { return {item, false, false, first,
 }  // namespace
 
 // A new cursor is off the list, and moves off the list do nothing: a cursor
-// after the last item must be reset, not decremented.
-TEST(TalvoListCursor, MovesAtBothEnds) {
+// after the last item must be reset, not decremented. On an empty list or
+// none, a cursor is both before the first item and after the last.
+TEST(TalvoListCursor, MovesAtBothEndsAndOnEmptyList) {
     TalvoList list(2, I(1), I(2));
     TalvoListCursor* c = list.newCursor();
     c->increment();
@@ -48,14 +49,11 @@ TEST(TalvoListCursor, MovesAtBothEnds) {
     c->increment();
     EXPECT_EQ(stateOf(*c), Before);
     delete c;
-}
-
-TEST(TalvoListCursor, EmptyListIsBeforeAndAfter) {
-    TalvoList list;
-    TalvoListCursor c(&list), nowhere(nullptr);
-    c.resetOnFirstItem();
-    EXPECT_EQ(stateOf(c), Outside);
-    EXPECT_EQ(c.removeItemAndDecrement(), nullptr);
+    TalvoList empty;
+    TalvoListCursor e(&empty), nowhere(nullptr);
+    e.resetOnFirstItem();
+    EXPECT_EQ(stateOf(e), Outside);
+    EXPECT_EQ(e.removeItemAndDecrement(), nullptr);
     nowhere.resetOnFirstItem();
     EXPECT_EQ(stateOf(nowhere), Outside);
     nowhere.insertItemAfter(I(1));
