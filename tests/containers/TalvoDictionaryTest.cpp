@@ -47,7 +47,7 @@ TEST(TalvoDictionary, SetEntry_OnAnExistingKeyReplacesTheDefinition) {
     EXPECT_STREQ(dictionary.getEntry("k"), "first");
 }
 
-TEST(TalvoDictionary, EmptyDictionary_AnswersNothing) {
+TEST(TalvoDictionary, EmptyOrNonStringEntry_AnswersNull) {
     TalvoDictionary dictionary;
     EXPECT_FALSE(dictionary.hasEntry(nullptr));
     EXPECT_EQ(dictionary.getEntry("a"), nullptr);
@@ -58,15 +58,12 @@ TEST(TalvoDictionary, EmptyDictionary_AnswersNothing) {
     cursor->setDefinition("ignored");
     delete cursor;
     TalvoDictionary::free(nullptr);
-}
-
-TEST(TalvoDictionary, NonStringValue_AnswersNullWhileTheEntryExists) {
-    TalvoDictionary dictionary;
+    // A value that is not a string answers null while the entry exists.
     dictionary.setEntry("n", "1");
     dictionary.getAttribute("n")->setValue(1);
     EXPECT_TRUE(dictionary.hasEntry("n"));
     EXPECT_EQ(dictionary.getEntry("n"), nullptr);
-    TalvoDictionaryCursor* cursor = dictionary.newCursor();
+    cursor = dictionary.newCursor();
     cursor->resetOnFirstItem();
     EXPECT_EQ(cursor->getDefinition(), nullptr);
     dictionary.setEntry("o", "2");

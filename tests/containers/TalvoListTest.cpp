@@ -116,8 +116,7 @@ TEST(TalvoList, RemovalsKeepLinks) {
 
 TEST(TalvoList, DeleteItemsWithOtherFreesEveryItemOfOther) {
     int *a = TalvoInteger::allocate(1), *b = TalvoInteger::allocate(2), *c = TalvoInteger::allocate(3);
-    TalvoList list(3, a, b, a);
-    TalvoList other(2, a, c);
+    TalvoList list(3, a, b, a), other(2, a, c);
     list.deleteItems(&other, TalvoInteger::free);  // the balance check sees a missed free
     expectList(&other, {});
     expectList(&list, {b, a});  // only the first occurrence of a goes
@@ -166,16 +165,13 @@ TEST(TalvoList, ExtractRangeClipsToList) {
 // Addition adds a repeated Item once; subtraction removes one occurrence per
 // occurrence; selection keeps repetitions.
 TEST(TalvoList, InPlaceSetOperationsWithRepeatedItems) {
-    TalvoList list(1, I(1));
-    TalvoList other(4, I(2), I(2), I(1), I(3));
+    TalvoList list(1, I(1)), other(4, I(2), I(2), I(1), I(3));
     list.addition(&other);
     expectList(&list, {I(1), I(2), I(3)});
-    TalvoList minus(5, I(1), I(2), I(1), I(1), I(3));
-    TalvoList twice(3, I(1), I(1), I(9));
+    TalvoList minus(5, I(1), I(2), I(1), I(1), I(3)), twice(3, I(1), I(1), I(9));
     minus.subtraction(&twice);
     expectList(&minus, {I(2), I(1), I(3)});
-    TalvoList select(5, I(1), I(2), I(1), I(3), I(2));
-    TalvoList kept(2, I(2), I(1));
+    TalvoList select(5, I(1), I(2), I(1), I(3), I(2)), kept(2, I(2), I(1));
     select.selection(&kept);
     expectList(&select, {I(1), I(2), I(1), I(2)});
     select.selection(nullptr);
@@ -183,8 +179,7 @@ TEST(TalvoList, InPlaceSetOperationsWithRepeatedItems) {
 }
 
 TEST(TalvoList, BuildOperationsWithRepeatedItems) {
-    TalvoList list(5, I(1), I(2), I(1), I(3), I(4));
-    TalvoList other(3, I(3), I(5), I(1));
+    TalvoList list(5, I(1), I(2), I(1), I(3), I(4)), other(3, I(3), I(5), I(1));
     TalvoList *u = list.buildUnion(&other), *i = list.buildIntersection(&other), *d = list.buildDifference(&other);
     expectList(u, {I(1), I(2), I(1), I(3), I(4), I(5)});
     expectList(i, {I(1), I(1), I(3)});
@@ -208,8 +203,7 @@ TEST(TalvoList, MembershipComparesCountsFirst) {
 
 TEST(TalvoList, LinearOperationsFollowTheirOrderAndClearMarks) {
     Marked m[6] = {};
-    TalvoList list(5, &m[0], &m[1], &m[0], &m[2], &m[1]);
-    TalvoList other(4, &m[3], &m[2], &m[3], &m[0]);
+    TalvoList list(5, &m[0], &m[1], &m[0], &m[2], &m[1]), other(4, &m[3], &m[2], &m[3], &m[0]);
     TalvoList* u = list.buildLinearUnion(&other, testMark, setMark);
     expectList(u, {&m[0], &m[1], &m[0], &m[2], &m[1], &m[3]});
     TalvoList* i = list.buildLinearIntersection(&other, testMark, setMark);
