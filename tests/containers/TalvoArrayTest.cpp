@@ -88,7 +88,8 @@ TEST(TalvoArray, SearchesAndNthItems) {
     EXPECT_EQ(empty.getIndexOfFirstItem(), -1);
     EXPECT_EQ(empty.getIndexOfLastItem(), 0);
     TalvoArray* a = arrayOf(6, {nullptr, I(1), nullptr, I(3), I(1)});
-    struct { int n; void* item; int index; } table[] = {{-1, nullptr, -1}, {0, nullptr, 0}, {2, I(3), 3}, {4, nullptr, -1}};
+    struct { int n; void* item; int index; } table[] = {
+        {-1, nullptr, -1}, {0, nullptr, 0}, {2, I(3), 3}, {4, nullptr, -1}};
     for (auto& row : table) {
         EXPECT_EQ(a->getNthItem(row.n), row.item) << "n " << row.n;
         EXPECT_EQ(a->getIndexOfNthItem(row.n), row.index) << "n " << row.n;

@@ -55,7 +55,8 @@ Steps resizeSteps(TalvoHashTable* table, int from, int to) {
 }  // namespace
 
 TEST(TalvoHashTable, SetModulo_FollowsLadderWithItsOddRow) {
-    struct { int size; int modulo; } table[] = {{1024, 1021}, {32678, 32749}, {32768, 32768}, {131072, 131071}, {1000, 1000}};
+    struct { int size; int modulo; } table[] = {
+        {1024, 1021}, {32678, 32749}, {32768, 32768}, {131072, 131071}, {1000, 1000}};
     for (auto& row : table)
         EXPECT_EQ(TalvoHashTable::setModulo(row.size), row.modulo) << "size=" << row.size;
 }

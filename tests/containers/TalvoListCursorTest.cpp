@@ -62,8 +62,8 @@ TEST(TalvoListCursor, MovesAtBothEndsAndOnEmptyList) {
 TEST(TalvoListCursor, ResetInPosition) {
     TalvoList list(3, I(1), I(2), I(3));
     TalvoListCursor c(&list);
-    struct { int position; State expected; } table[] = {{INT_MIN, on(I(1), true, false)}, {0, on(I(1), true, false)}, {3, on(I(3), false, true)},
-                 {4, After}};
+    struct { int position; State expected; } table[] = {
+        {INT_MIN, on(I(1), true, false)}, {0, on(I(1), true, false)}, {3, on(I(3), false, true)}, {4, After}};
     for (auto& row : table) {
         c.resetInPosition(row.position);
         EXPECT_EQ(stateOf(c), row.expected) << "position " << row.position;
