@@ -15,21 +15,19 @@ namespace {
 void* address(std::uintptr_t value) { return reinterpret_cast<void*>(value); }
 }  // namespace
 
-// geq is a - b and leq b - a, wrapping in 32 bits; a null box reads as 0.
-TEST(TalvoInteger, GeqAndLeqSubtractAndWrap) {
+// Integer geq is a - b and leq b - a, wrapping in 32 bits; the double ones
+// have the opposite sense. A null box reads as 0.
+TEST(TalvoInteger, GeqAndLeqSubtractAndWrapDoubleOnesAreOpposite) {
     int three = 3, five = 5, low = INT_MIN, one = 1;
     EXPECT_EQ(TalvoInteger::geq(&three, &five), -2);
     EXPECT_EQ(TalvoInteger::leq(&three, &five), 2);
     EXPECT_EQ(TalvoInteger::geq(&low, &one), INT_MAX);
     EXPECT_EQ(TalvoInteger::leq(&five, nullptr), -5);
-}
-
-TEST(TalvoDouble, GeqAndLeqHaveOppositeSenseToInteger) {
-    double three = 3.0, five = 5.0, nan = std::nan(""), half = 0.5;
-    EXPECT_EQ(TalvoDouble::geq(&three, &five), 1);
-    EXPECT_EQ(TalvoDouble::leq(&three, &five), -1);
-    EXPECT_EQ(TalvoDouble::geq(&nan, &three), 0);
-    EXPECT_EQ(TalvoDouble::geq(nullptr, &half), 1);  // null reads as 0
+    double threeD = 3.0, fiveD = 5.0, nan = std::nan(""), half = 0.5;
+    EXPECT_EQ(TalvoDouble::geq(&threeD, &fiveD), 1);
+    EXPECT_EQ(TalvoDouble::leq(&threeD, &fiveD), -1);
+    EXPECT_EQ(TalvoDouble::geq(&nan, &threeD), 0);
+    EXPECT_EQ(TalvoDouble::geq(nullptr, &half), 1);
 }
 
 TEST(TalvoDouble, AllocateCopyAndFreeTraceEachBox) {

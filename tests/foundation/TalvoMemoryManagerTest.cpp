@@ -93,7 +93,7 @@ TEST(TalvoMemoryManager, NullPointerDeletionReportFollowsItsFlag) {
     EXPECT_EQ(readDumpWithoutDates(), "[banner]\nAttempt to free a NULL pointer.\n");
 }
 
-TEST(TalvoMemoryManager, FormatInterpreterHandlesConversionsAndEscapes) {
+TEST(TalvoMemoryManager, FormatInterpreterHandlesConversionsAndEscapesValueTracesAppend) {
     // Each format is given the same arguments: 'Z', "str", 42, 7, 1.5, 2.5.
     const struct {
         const char* format;
@@ -110,10 +110,7 @@ TEST(TalvoMemoryManager, FormatInterpreterHandlesConversionsAndEscapes) {
         TalvoMemoryManager::trace("fmt.txt", c.format, 'Z', "str", 42, 7, 1.5, 2.5);
         EXPECT_EQ(readFile("fmt.txt"), c.expected) << "format: " << c.format;
     }
-}
-
-TEST(TalvoMemoryManager, ValueTracesAppend) {
-    TalvoMemoryManager::trace("values.txt", 12);
+    TalvoMemoryManager::trace("values.txt", 12);  // value traces append
     TalvoMemoryManager::trace("values.txt", 1e20);
     TalvoMemoryManager::trace("values.txt", "%f %g [%l]", 1.5, 0.1 + 0.2, 99);
     EXPECT_EQ(readFile("values.txt"), "121e+201.500000 0.3 []");
@@ -139,11 +136,7 @@ TEST(TalvoObject, NewTracesClassNameAndDeleteBalances) {
     std::string p = std::to_string(reinterpret_cast<std::intptr_t>(sample));
     std::string b = std::to_string(before);
     EXPECT_EQ(traceFile(), p + " :: new Base [" + b + "]\n" + p + " :: delete Base [" + b + "]\n");
-}
-
-TEST(TalvoObject, DerivedObjectCountsPerTracedLevel) {
-    long before = TalvoMemoryManager::getAllocationBalance();
-    Base* object = new Derived;
+    Base* object = new Derived;  // counted once per traced level
     EXPECT_EQ(TalvoMemoryManager::getAllocationBalance(), before + 2);
     delete object;
 }

@@ -66,9 +66,8 @@ TEST(TalvoChronogram, ValueAtExistingXAfterStartCountsInEveryPointPassed) {
 
 TEST(TalvoChronogram, ValueBetweenPointsCopiesRightNeighbourAndShortensIt) {
     Chrono c(10);
-    c->appendValueToHistory(1, 1);
-    c->appendValueToHistory(2, 2);
-    c->appendValueToHistory(3, 30);
+    for (double y : {1, 2, 30})
+        c->appendValueToHistory(c->getNumberOfPoints() + 1, y);
     c->startHistory();
     c->appendValueToHistory(2.5, 90);  // the new point holds 30 from the copy, then 90
     EXPECT_EQ("1:1:2:45.5 2:1:2:46 2.5:0.5:2:60 3:0.5:1:30", chainText(c.c));

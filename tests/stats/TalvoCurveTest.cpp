@@ -92,20 +92,16 @@ TEST(TalvoCurve, EmptyCurveAnswersZero) {
     EXPECT_EQ(0.0, curve->getValueAt(0));
 }
 
-TEST(TalvoCurve, InsertKeepsXOrderAndEqualsInInsertionOrder) {
+TEST(TalvoCurve, InsertKeepsXOrderAndEqualsInInsertionOrderAndRejectsNonFiniteX) {
     Curve curve{{3, 30}, {1, 10}, {1, 11}, {0, 0}};
+    EXPECT_EQ(nullptr, curve->insertPoint(kNaN, 1));
+    EXPECT_EQ(nullptr, curve->insertPoint(kInf, 1));
+    EXPECT_NE(nullptr, curve->insertPoint(4, kNaN));
     const double ys[] = {0, 10, 11, 30};
     for (int i = 0; i < 4; ++i)
         EXPECT_EQ(ys[i], curve->getNthPoint(i)->getY());
     EXPECT_EQ(nullptr, curve->getNthPoint(-1));
-    EXPECT_EQ(nullptr, curve->getNthPoint(4));
-}
-
-TEST(TalvoCurve, InsertRejectsNonFiniteX) {
-    Curve curve{};
-    EXPECT_EQ(nullptr, curve->insertPoint(kNaN, 1));
-    EXPECT_EQ(nullptr, curve->insertPoint(kInf, 1));
-    EXPECT_NE(nullptr, curve->insertPoint(1, kNaN));
+    EXPECT_EQ(nullptr, curve->getNthPoint(5));
 }
 
 // Positions are clamped; a cursor left beyond a shrunk curve still ends its walk.

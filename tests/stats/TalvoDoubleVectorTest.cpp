@@ -74,8 +74,8 @@ TEST(TalvoDoubleVector, CopyThenRound) {
 }
 
 // Indexes outside the vector and a shorter or null other vector touch
-// nothing they do not have.
-TEST(TalvoDoubleVector, OutsideIndexesAndShortOrNullOtherAreSafe) {
+// nothing they do not have; extremes of values start from their bounds.
+TEST(TalvoDoubleVector, OutsideIndexesShortOrNullOtherAndEmptyAreSafe) {
     TalvoDoubleVector negative(-4);  // a negative size gives an empty vector
     EXPECT_EQ(0, negative.getSize());
     Vec v{1, 2, 3}, w{10};
@@ -88,13 +88,9 @@ TEST(TalvoDoubleVector, OutsideIndexesAndShortOrNullOtherAreSafe) {
     EXPECT_EQ("<11,2,3>", printed(v));
     EXPECT_EQ(0.0, v->getProduct(nullptr));
     EXPECT_EQ(kLargest, v->getMinDiff(nullptr));
-}
-
-// The maximum never drops below its tiny starting value.
-TEST(TalvoDoubleVector, ExtremesOfValuesStartFromTheirBounds) {
-    Vec v{-3, -1}, empty{};
-    EXPECT_EQ(-3.0, v->getMinValue());
-    EXPECT_EQ(kTinyPositive, v->getMaxValue());
+    Vec negatives{-3, -1}, empty{};
+    EXPECT_EQ(-3.0, negatives->getMinValue());
+    EXPECT_EQ(kTinyPositive, negatives->getMaxValue());  // never below its tiny starting value
     EXPECT_EQ(kLargest, empty->getMinValue());
     EXPECT_EQ("<>", printed(empty));
     v->print(static_cast<FILE*>(nullptr));
@@ -123,19 +119,15 @@ TEST(TalvoDoubleVector, ExtremesOfDifferences) {
     }
 }
 
-TEST(TalvoDoubleVector, DistanceMultipliesElements) {
-    Vec a{1, 2}, b{3, -4};
+// The distance multiplies elements; compare is lexicographic over this size.
+TEST(TalvoDoubleVector, DistanceAndCompare) {
+    Vec a{1, 2}, b{3, -4}, c{1, 3}, d{0, 9}, longer{1, 2, 3};
     EXPECT_EQ(std::sqrt(3.0 + 8.0), a->getDistance(b));
     EXPECT_EQ(-5.0, a->getProduct(b));
     EXPECT_EQ(5.0, b->getNorm());
-}
-
-TEST(TalvoDoubleVector, CompareIsLexicographic) {
-    Vec a{1, 2}, b{1, 3}, d{0, 9};
-    EXPECT_EQ(-1, a->compare(b));
+    EXPECT_EQ(-1, a->compare(c));
     EXPECT_EQ(1, a->compare(d));
-    Vec longer{1, 2, 3};
-    EXPECT_EQ(0, a->compare(longer));  // only this size counts
+    EXPECT_EQ(0, a->compare(longer));
 }
 
 TEST(TalvoDoubleVector, PrintOnStreamIgnoresItsPrecision) {

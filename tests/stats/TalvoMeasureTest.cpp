@@ -17,7 +17,7 @@ void addValues(TalvoMeasure& m, std::initializer_list<double> values) {
 
 }  // namespace
 
-TEST(TalvoMeasure, AddValue_OneTwoThree) {
+TEST(TalvoMeasure, AddValue_FiguresAndExtremes) {
     TalvoMeasure m("x");
     addValues(m, {1, 2, 3});
     EXPECT_EQ(6.0, m.getSumOfValues());
@@ -25,15 +25,12 @@ TEST(TalvoMeasure, AddValue_OneTwoThree) {
     EXPECT_EQ(1.0, m.computeStandardDeviation());
     EXPECT_EQ(1.96 / std::sqrt(3.0), m.computeNinetyFivePercentConfidenceSlack());
     EXPECT_EQ(std::exp(1.96), m.computeNinetyFivePercentErrorFactor());
-}
-
-TEST(TalvoMeasure, AddValue_OnlyNegativeValuesKeepTinyMaximum) {
-    TalvoMeasure m(nullptr);
-    EXPECT_EQ(0.0, m.computeNinetyFivePercentErrorFactor());  // no values: every figure 0
-    addValues(m, {-4, 0});
-    EXPECT_EQ(2.2250738585072014e-308, m.getMaximumValue());
-    EXPECT_EQ(-4.0, m.getMinimumValue());
-    EXPECT_EQ(0.0, m.computeStandardDeviation() - std::sqrt(8.0));
+    TalvoMeasure n(nullptr);
+    EXPECT_EQ(0.0, n.computeNinetyFivePercentErrorFactor());  // no values: every figure 0
+    addValues(n, {-4, 0});
+    EXPECT_EQ(2.2250738585072014e-308, n.getMaximumValue());  // only negatives keep the tiny maximum
+    EXPECT_EQ(-4.0, n.getMinimumValue());
+    EXPECT_EQ(0.0, n.computeStandardDeviation() - std::sqrt(8.0));
 }
 
 TEST(TalvoMeasure, Import_WeightedMergeOfSumsOnly) {
@@ -47,27 +44,20 @@ TEST(TalvoMeasure, Import_WeightedMergeOfSumsOnly) {
     a.import(nullptr, 1, 1);
 }
 
-TEST(TalvoMeasure, Copy_LeavesLastValueOut) {
-    TalvoMeasure m("orig");
-    m.setQuantilizer(new TalvoQuantilizer(2, 2));
-    m.createBinTable(1, 3);
-    addValues(m, {2, 4});
-    TalvoMeasure* c = m.copy();
-    EXPECT_NE(m.getName(), c->getName());
-    EXPECT_EQ(0.0, c->getLastValue());
-    EXPECT_NE(m.getQuantilizer(), c->getQuantilizer());
-    EXPECT_EQ(2, c->getBinTable()->getTop());
-    delete c;
-}
-
-// Values feed both helpers; reset keeps the last value and empties the
-// quantilizer, whose filling restarts at buffer 1, and the bin table.
-TEST(TalvoMeasure, FeedResetAndDeleteHelpers) {
+// Values feed both helpers; a copy leaves the last value out; reset keeps it
+// and empties the quantilizer, whose filling restarts at buffer 1, and the bin table.
+TEST(TalvoMeasure, FeedCopyResetAndDeleteHelpers) {
     TalvoMeasure m("kept");
     m.setQuantilizer(new TalvoQuantilizer(2, 2));
     m.createBinTable(1, 3);
     addValues(m, {3, 1, 2});
     EXPECT_EQ(1.0, m.getQuantilizer()->getTable(1)->getMinimumValue());
+    TalvoMeasure* c = m.copy();
+    EXPECT_NE(m.getName(), c->getName());
+    EXPECT_EQ(0.0, c->getLastValue());
+    EXPECT_NE(m.getQuantilizer(), c->getQuantilizer());
+    EXPECT_EQ(3, c->getBinTable()->getTop());
+    delete c;
     m.reset();
     EXPECT_EQ(0, m.getNumberOfValues());
     EXPECT_EQ(DBL_MAX, m.getMinimumValue());

@@ -50,10 +50,8 @@ double literalExponential(double u) {
 // as the generator's arithmetic wraps.
 int literalSchrageStep(int k, int a, int m) {
     std::int64_t q = m / a, r = m % a;
-    std::int64_t s = a * (k % q) - r * (k / q);
-    int wrapped = static_cast<int>(static_cast<std::uint32_t>(s));
-    return wrapped < 0 ? static_cast<int>(static_cast<std::uint32_t>(wrapped) + static_cast<std::uint32_t>(m))
-                       : wrapped;
+    std::uint32_t s = static_cast<std::uint32_t>(a * (k % q) - r * (k / q));
+    return static_cast<int>(static_cast<int>(s) < 0 ? s + static_cast<std::uint32_t>(m) : s);
 }
 
 }  // namespace
@@ -61,17 +59,14 @@ int literalSchrageStep(int k, int a, int m) {
 // Expected sequences come from the Schrage step worked out independently in
 // exact integer arithmetic: seed 12345, m = 2147483647, mask 123459876.
 TEST(TalvoCongruentialRandomizer, Draw_FirstValuesOfEachKindFromDefaultSeed) {
-    struct Case {
-        int kind;
-        std::vector<int> expected;
-    } cases[] = {
-        {1, {612281237, 1758924121, 25774822, 1840869417, 1100157545}},
-        {2, {483612462, 785187073, 111541451, 1200189012, 1932578345}},
-        {3, {1373635143, 1482465826, 1514092929, 738309747, 1043454587}},
+    const std::vector<int> expected[] = {
+        {612281237, 1758924121, 25774822, 1840869417, 1100157545},
+        {483612462, 785187073, 111541451, 1200189012, 1932578345},
+        {1373635143, 1482465826, 1514092929, 738309747, 1043454587},
     };
-    for (const Case& c : cases) {
-        TalvoCongruentialRandomizer r(c.kind);
-        EXPECT_EQ(c.expected, draws(&r, 5)) << "kind " << c.kind;
+    for (int kind = 1; kind <= 3; ++kind) {
+        TalvoCongruentialRandomizer r(kind);
+        EXPECT_EQ(expected[kind - 1], draws(&r, 5)) << "kind " << kind;
     }
 }
 
@@ -106,13 +101,6 @@ TEST(TalvoCongruentialRandomizer, UniformDraw_IsCorrectlyRoundedQuotientForEvery
     delete r;
 }
 
-TEST(TalvoCongruentialRandomizer, Draw_ZeroMultiplierIsDefined) {
-    TalvoCongruentialRandomizer r(2147483647, 0, 0);
-    EXPECT_EQ(0, r.draw());
-    EXPECT_EQ(0.0, r.normalDraw());
-    EXPECT_EQ(0.0, r.exponentialDraw());
-}
-
 // A copy continues the same sequence.
 TEST(TalvoShuffledCongruentialRandomizer, Draw_FirstValuesFromDefaultSeedAndCopy) {
     TalvoShuffledCongruentialRandomizer r(1);
@@ -124,21 +112,14 @@ TEST(TalvoShuffledCongruentialRandomizer, Draw_FirstValuesFromDefaultSeedAndCopy
     delete c;
 }
 
-TEST(TalvoShuffledCongruentialRandomizer, Reset_ZeroSeedActsAsOneAndNegativeIsNegated) {
-    struct Case {
-        int seed;
-        int sameAs;
-    } cases[] = {{0, 1}, {-5, 5}};
-    for (const Case& c : cases) {
+TEST(TalvoShuffledCongruentialRandomizer, Reset_ZeroSeedActsAsOneNegativeIsNegatedOddSizesStayInside) {
+    for (int seed : {0, -5}) {
         TalvoShuffledCongruentialRandomizer a(1), b(1);
-        a.setSeed(c.seed);
-        b.setSeed(c.sameAs);
-        EXPECT_EQ(draws(&b, 3), draws(&a, 3)) << "seed " << c.seed;
+        a.setSeed(seed);
+        b.setSeed(seed ? -seed : 1);
+        EXPECT_EQ(draws(&b, 3), draws(&a, 3)) << "seed " << seed;
     }
-}
-
-TEST(TalvoShuffledCongruentialRandomizer, Draw_UnusualParametersStayInsideTable) {
-    TalvoShuffledCongruentialRandomizer r(-7, 3, 0, 0);
+    TalvoShuffledCongruentialRandomizer r(-7, 3, 0, 0);  // unusual parameters stay inside the table
     EXPECT_EQ(1, r.getSize());
     draws(&r, 50);
     r.initialize(100, 0, 0, 4);
@@ -155,30 +136,36 @@ TEST(TalvoRandomizer, NormalDraw_RejectsPairsOutsideUnitCircle) {
 
 TEST(TalvoRandomizer, StandardScore_FirstRowNotExceeded) {
     struct Case {
-        double p;
-        double score;
+        double p, score;
     } cases[] = {{0.5, 0.6745}, {0.6, 1.0}, {0.96, 2.5759}, {0.99993, 4.0}, {0.99994, 4.4172}};
     for (const Case& c : cases)
         EXPECT_EQ(c.score, TalvoRandomizer::standardScore(c.p)) << "p " << c.p;
 }
 
-TEST(TalvoRandomizer, ExponentialDraw_KnownUniformStreams) {
+// Shape 0 stands for the exponential draw.
+TEST(TalvoRandomizer, ExponentialAndGammaDraw_KnownUniformStreams) {
     struct Case {
+        double shape;
         std::vector<double> uniforms;
         double expected;
         int used;
     } cases[] = {
-        {{0.3}, 0.8931471805599452, 1},                     // one doubling, direct
-        {{0.0, 0.9, 0.5, 0.4}, 0.2772588722239781, 4},      // zero redrawn, Q[1] stops
-        {{0.995, 0.7, 0.6, 0.9, 0.2}, 0.13862943611198905, 5},  // Q[3] stops
+        {0, {0.3}, 0.8931471805599452, 1},                         // one doubling, direct
+        {0, {0.0, 0.9, 0.5, 0.4}, 0.2772588722239781, 4},          // zero redrawn, Q[1] stops
+        {0, {0.995, 0.7, 0.6, 0.9, 0.2}, 0.13862943611198905, 5},  // Q[3] stops
+        {2.0, {0.6, 0.7, 0.5}, 2.9319143468951325, 3},             // squeeze accepts
+        {2.0, {0.3, 0.5, 0.6}, 0.21552472797646452, 3},            // logarithm test accepts
+        {2.0, {0.495, 0.50005, 0.5}, 1.7226884226153798, 3},       // v <= 0, cached deviate used
+        {0.5, {0.25, 0.6, 0.7, 0.5}, 0.1416008617801306, 4},       // u drawn before the shape + 1 draw
     };
     for (const Case& c : cases) {
         ScriptedRandomizer r(c.uniforms);
-        EXPECT_EQ(c.expected, r.exponentialDraw()) << "first " << c.uniforms[0];
-        EXPECT_EQ(c.used, r.used) << "first " << c.uniforms[0];
+        SCOPED_TRACE(::testing::Message() << "shape " << c.shape << " first " << c.uniforms[0]);
+        EXPECT_EQ(c.expected, c.shape ? r.gammaDraw(c.shape) : r.exponentialDraw());
+        EXPECT_EQ(c.used, r.used);
     }
-    ScriptedRandomizer above({5.0, 0.3, 0.2});  // a uniform above one stays inside the table
-    above.exponentialDraw();
+    ScriptedRandomizer({5.0, 0.3, 0.2}).exponentialDraw();  // a uniform above one stays inside the table
+    EXPECT_TRUE(std::isnan(ScriptedRandomizer({}).gammaDraw(NAN)));  // an unusable shape
 }
 
 TEST(TalvoRandomizer, ExponentialDraw_DoublingMatchesLiteralLoop) {
@@ -195,27 +182,6 @@ TEST(TalvoRandomizer, ExponentialDraw_DoublingMatchesLiteralLoop) {
     }
 }
 
-TEST(TalvoRandomizer, GammaDraw_KnownUniformStreams) {
-    struct Case {
-        double shape;
-        std::vector<double> uniforms;
-        double expected;
-        int used;
-    } cases[] = {
-        {2.0, {0.6, 0.7, 0.5}, 2.9319143468951325, 3},             // squeeze accepts
-        {2.0, {0.3, 0.5, 0.6}, 0.21552472797646452, 3},            // logarithm test accepts
-        {2.0, {0.495, 0.50005, 0.5}, 1.7226884226153798, 3},       // v <= 0, cached deviate used
-        {0.5, {0.25, 0.6, 0.7, 0.5}, 0.1416008617801306, 4},       // u drawn before the shape + 1 draw
-    };
-    for (const Case& c : cases) {
-        ScriptedRandomizer r(c.uniforms);
-        EXPECT_EQ(c.expected, r.gammaDraw(c.shape)) << "shape " << c.shape << " first " << c.uniforms[0];
-        EXPECT_EQ(c.used, r.used) << "shape " << c.shape << " first " << c.uniforms[0];
-    }
-    ScriptedRandomizer unusable({});  // an unusable shape gives NaN
-    EXPECT_TRUE(std::isnan(unusable.gammaDraw(NAN)));
-}
-
 TEST(TalvoRandomizer, DrawModuloAndRange) {
     ScriptedRandomizer r({0.99999, 1.0, 0.0, 0.25, 0.5});
     EXPECT_EQ(9, r.drawModulo(10));
@@ -225,11 +191,16 @@ TEST(TalvoRandomizer, DrawModuloAndRange) {
     EXPECT_EQ(3.0, r.uniformDraw(2.0, 4.0));
 }
 
-TEST(TalvoRandomizer, Base_DrawsNothingAndNeverHangs) {
-    TalvoRandomizer r;
-    EXPECT_EQ(nullptr, r.copy());
-    EXPECT_EQ(0, r.draw());
-    EXPECT_EQ(0.0, r.exponentialDraw());
+// The base class and a zero multiplier draw only zeros and never hang.
+TEST(TalvoRandomizer, DegenerateGeneratorsDrawZero) {
+    TalvoRandomizer base;
+    TalvoCongruentialRandomizer zero(2147483647, 0, 0);
+    EXPECT_EQ(nullptr, base.copy());
+    for (TalvoRandomizer* r : {&base, static_cast<TalvoRandomizer*>(&zero)}) {
+        EXPECT_EQ(0, r->draw());
+        EXPECT_EQ(0.0, r->exponentialDraw());
+    }
+    EXPECT_EQ(0.0, zero.normalDraw());
 }
 
 // A reset cache makes the next call draw a new pair; lognormal and beta follow

@@ -19,7 +19,7 @@ std::string names(TalvoList* list) {
 
 }  // namespace
 
-TEST(TalvoAttributeList, FindAttribute_GivesTheFirstOfAName) {
+TEST(TalvoAttributeList, FindAttributeGivesTheFirstOfANameGettersDefaultOnlyWhenAbsent) {
     TalvoAttributeList list;
     TalvoAttribute* first = new TalvoAttribute("a", 1);
     list.insertItemLast(first);
@@ -29,11 +29,7 @@ TEST(TalvoAttributeList, FindAttribute_GivesTheFirstOfAName) {
     EXPECT_EQ(list.getValueOfAttributeAsInt(nullptr, 0), 3);  // null matches only null
     list.resetValueOfAttribute("a");
     EXPECT_EQ(list.getValueOfAttributeAsInt("a", 0), 2);
-}
-
-TEST(TalvoAttributeList, Getters_GiveDefaultsOnlyForAbsentAttributes) {
-    TalvoAttributeList list;
-    int box = 5;
+    int box = 5;  // getters give defaults only for absent attributes
     list.setValueOfAttribute("i", 7);
     list.setValueOfAttribute("p", &box, TalvoFunction::doNothing, 4);
     EXPECT_EQ(list.getValueOfAttributeAsString("i", "default"), nullptr);  // not a string
@@ -72,17 +68,9 @@ TEST(TalvoAttributeList, SettersAndGetters_OfEveryKind) {
     EXPECT_TRUE(list.setValueOfAttribute("s") == s && s->isNil());
     EXPECT_TRUE(list.setValueOfAttribute("s", &box, TalvoFunction::doNothing, 3) == s && s->isPublic());
     EXPECT_TRUE(list.setValueOfAttribute("b", false)->isPublic());
+    EXPECT_EQ(list.setValueOfAttribute("p", "one"), p);
+    EXPECT_TRUE(p->isString() && p->isPrivate());
     EXPECT_EQ(names(&list), "p,q,d,s,b");
-}
-
-TEST(TalvoAttributeList, Setters_ReplaceInPlaceKeepingFlags) {
-    TalvoAttributeList list;
-    TalvoAttribute* a = list.setValueOfAttribute("a", 1);
-    a->setPrivacy(TalvoAttribute::Private);
-    list.setValueOfAttribute("b");
-    EXPECT_EQ(list.setValueOfAttribute("a", "one"), a);
-    EXPECT_TRUE(a->isString() && a->isPrivate());
-    EXPECT_EQ(names(&list), "a,b");
 }
 
 TEST(TalvoAttributeList, DecrementAndIncrement_CreateWithTheAmountItself) {

@@ -18,11 +18,9 @@ std::string show(TalvoConstant& c) {
         case TalvoConstant::BoolType: return c.toBool() ? "bool:true" : "bool:false";
         case TalvoConstant::IntType: return "int:" + std::to_string(c.toInt());
         case TalvoConstant::DoubleType: {
-            if (std::isnan(c.toDouble()))
-                return "double:nan";
             char text[32];
             std::snprintf(text, sizeof text, "double:%g", c.toDouble());
-            return text;
+            return std::isnan(c.toDouble()) ? "double:nan" : text;
         }
         case TalvoConstant::StringType: return std::string("string:") + (c.toString() ? c.toString() : "(null)");
         default: return "pointer";
@@ -63,6 +61,12 @@ TEST(TalvoConstant, Conversions_FollowTheTable) {
     EXPECT_EQ(seven.toString(), nullptr);  // numbers have no string form
     EXPECT_EQ(*static_cast<int*>(seven.toPointer()), 7);  // the value slot
     EXPECT_EQ(pointer.toPointerOfCode(4), nullptr);
+    EXPECT_FALSE(TalvoConstant(1).is(true));  // is(bool) needs a bool
+    EXPECT_TRUE(TalvoConstant(3.0).is(3));
+    int cells[4] = {0, 0, 0, 0};  // a pointer compares by address distance
+    TalvoConstant at2(&cells[2], TalvoFunction::doNothing, 0);
+    EXPECT_EQ(at2.compare(static_cast<void*>(&cells[0])), static_cast<int>(2 * sizeof(int)));
+    EXPECT_EQ(at2.compare(static_cast<void*>(&cells[3])), -static_cast<int>(sizeof(int)));
 }
 
 TEST(TalvoConstant, SetAndFree_ReleaseTheOldValueAndCopyStrings) {
@@ -96,11 +100,7 @@ TEST(TalvoConstant, Compare_OrdersByTypeTagThenValue) {
         {"nil vs bool", o.nil.compare(&o.yes), -1},
         {"true vs false", o.yes.compare(&o.no), 1},
         {"int vs bool", o.two.compare(&o.yes), 1},
-        {"nil vs int", o.nil.compare(&o.two), -2},
         {"double 0.5 vs int 2", o.half.compare(&o.two), -1},
-        {"bool vs double", o.yes.compare(&o.half), -2},
-        {"string vs double", o.text.compare(&o.half), 1},
-        {"int vs string", o.two.compare(&o.text), -2},
         {"string vs high byte (unsigned)", o.text.compare(&o.highByte), -1},
         {"int vs pointer", o.two.compare(&o.pointer), -3},
         {"pointer vs itself", o.pointer.compare(&o.pointer), 0},
@@ -108,17 +108,6 @@ TEST(TalvoConstant, Compare_OrdersByTypeTagThenValue) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(c.actual, c.expected) << c.name;
-}
-
-// A pointer compares by address distance; is(bool) needs a bool.
-TEST(TalvoConstant, ComparePointerAndIs) {
-    int cells[4] = {0, 0, 0, 0};
-    TalvoConstant c(&cells[2], TalvoFunction::doNothing, 0);
-    EXPECT_EQ(c.compare(static_cast<void*>(&cells[0])), static_cast<int>(2 * sizeof(int)));
-    EXPECT_EQ(c.compare(static_cast<void*>(&cells[3])), -static_cast<int>(sizeof(int)));
-    TalvoConstant one(1), threeAsDouble(3.0);
-    EXPECT_FALSE(one.is(true));   // compare(true) would be 2 - 1 anyway
-    EXPECT_TRUE(threeAsDouble.is(3));
 }
 
 // Two-operand operations, each run on a target holding a string first. The
@@ -139,35 +128,27 @@ TEST(TalvoConstant, BinaryOperations_OperandTypeMatrix) {
         {"int/double 0", &TalvoConstant::div, &Operands::three, &Operands::zeroAsDouble, "nil"},
         {"int%double 0", &TalvoConstant::mod, &Operands::three, &Operands::zeroAsDouble, "double:nan"},
         {"int pow int", &TalvoConstant::pow, &Operands::two, &Operands::three, "double:8"},
-        {"int-int", &TalvoConstant::sub, &Operands::two, &Operands::three, "int:-1"},
         {"double-int", &TalvoConstant::sub, &Operands::half, &Operands::two, "double:-1.5"},
         {"atan2 takes y first", &TalvoConstant::atan2, &Operands::two, &Operands::half, "double:1.32582"},
-        {"atan2 of a bool", &TalvoConstant::atan2, &Operands::yes, &Operands::half, "nil"},
         // Logic takes bools only.
         {"true and false", &TalvoConstant::and_, &Operands::yes, &Operands::no, "bool:false"},
         {"true and int", &TalvoConstant::and_, &Operands::yes, &Operands::two, "nil"},
         {"false imply false", &TalvoConstant::imply, &Operands::no, &Operands::no, "bool:true"},
         {"false or true", &TalvoConstant::or_, &Operands::no, &Operands::yes, "bool:true"},
-        {"false or nil", &TalvoConstant::or_, &Operands::no, &Operands::nil, "nil"},
         // Relations: two bools, two numbers in any mix or two strings.
         {"int 3 eq double 3.0", &TalvoConstant::eq, &Operands::three, &Operands::threeAsDouble, "bool:true"},
-        {"int eq string", &TalvoConstant::eq, &Operands::three, &Operands::text, "nil"},
         {"nil eq nil", &TalvoConstant::eq, &Operands::nil, &Operands::nil, "nil"},
         {"string lt high byte (unsigned)", &TalvoConstant::lt, &Operands::text, &Operands::highByte, "bool:true"},
         {"true df false", &TalvoConstant::df, &Operands::yes, &Operands::no, "bool:true"},
-        {"int 3 df double 3.0", &TalvoConstant::df, &Operands::three, &Operands::threeAsDouble, "bool:false"},
         {"true gt false", &TalvoConstant::gt, &Operands::yes, &Operands::no, "bool:true"},
-        {"string gt high byte", &TalvoConstant::gt, &Operands::text, &Operands::highByte, "bool:false"},
         {"int 3 leq double 3.0", &TalvoConstant::leq, &Operands::three, &Operands::threeAsDouble, "bool:true"},
         {"pointer leq pointer", &TalvoConstant::leq, &Operands::pointer, &Operands::pointer, "nil"},
         {"false geq true", &TalvoConstant::geq, &Operands::no, &Operands::yes, "bool:false"},
         {"string geq itself", &TalvoConstant::geq, &Operands::text, &Operands::text, "bool:true"},
-        {"int geq string", &TalvoConstant::geq, &Operands::two, &Operands::text, "nil"},
         // inf and sup keep the chosen operand's type; ties take the second.
         {"inf tie takes second", &TalvoConstant::inf, &Operands::three, &Operands::threeAsDouble, "double:3"},
         {"inf tie takes second, reversed", &TalvoConstant::inf, &Operands::threeAsDouble, &Operands::three, "int:3"},
         {"sup keeps the int", &TalvoConstant::sup, &Operands::two, &Operands::half, "int:2"},
-        {"sup of a string", &TalvoConstant::sup, &Operands::text, &Operands::two, "nil"},
     };
     Operands o;
     for (const auto& c : cases) {
@@ -215,28 +196,21 @@ TEST(TalvoConstant, InPlaceOperations_KeepOrWidenTheTypeOrGiveNil) {
         {"int setMul int", TalvoConstant(3), [](TalvoConstant& c) { TalvoConstant a(4); c.setMul(&a); }, "int:12"},
         {"int setMul double", TalvoConstant(3), [](TalvoConstant& c) { c.setMul(0.5); }, "double:1.5"},
         {"string setMul int", TalvoConstant("3"), [](TalvoConstant& c) { c.setMul(2); }, "nil"},
-        {"double setDiv int 0", TalvoConstant(1.5), [](TalvoConstant& c) { c.setDiv(0); }, "nil"},
         {"int setDiv -0.0", TalvoConstant(7), [](TalvoConstant& c) { c.setDiv(-0.0); }, "nil"},
-        {"int setDiv 0.0", TalvoConstant(7), [](TalvoConstant& c) { TalvoConstant a(0.0); c.setDiv(&a); }, "nil"},
-        {"int setDiv double", TalvoConstant(7), [](TalvoConstant& c) { c.setDiv(2.0); }, "double:3.5"},
         {"int setDiv int", TalvoConstant(-7), [](TalvoConstant& c) { TalvoConstant a(2); c.setDiv(&a); }, "int:-3"},
         // inc and dec never give nil: other types stay as they are.
         {"string inc int", TalvoConstant("s"), [](TalvoConstant& c) { c.inc(1); }, "string:s"},
         {"int dec int wraps", TalvoConstant(INT_MIN), [](TalvoConstant& c) { c.dec(1); }, "int:2147483647"},
         {"int inc constant string", TalvoConstant(1), [](TalvoConstant& c) { TalvoConstant a("5"); c.inc(&a); }, "int:1"},
-        {"double dec int", TalvoConstant(1.5), [](TalvoConstant& c) { c.dec(1); }, "double:0.5"},
         {"int dec double widens", TalvoConstant(1), [](TalvoConstant& c) { c.dec(0.25); }, "double:0.75"},
         {"dec double", TalvoConstant(1.0), [](TalvoConstant& c) { TalvoConstant a(0.25); c.dec(&a); }, "double:0.75"},
-        {"bool dec int", TalvoConstant(true), [](TalvoConstant& c) { c.dec(1); }, "bool:true"},
         {"dec null", TalvoConstant(0.5), [](TalvoConstant& c) { c.dec(static_cast<TalvoConstant*>(nullptr)); }, "double:0.5"},
         // Logic wants bools, bounds numbers, concat a string.
         {"not itself", TalvoConstant(true), [](TalvoConstant& c) { c.not_(&c); }, "bool:false"},
         {"true setAnd false", TalvoConstant(true), [](TalvoConstant& c) { c.setAnd(false); }, "bool:false"},
-        {"int setAnd true", TalvoConstant(1), [](TalvoConstant& c) { c.setAnd(true); }, "nil"},
         {"true setAnd int", TalvoConstant(true), [](TalvoConstant& c) { TalvoConstant a(1); c.setAnd(&a); }, "nil"},
         {"false setOr true", TalvoConstant(false), [](TalvoConstant& c) { c.setOr(true); }, "bool:true"},
         {"setOr true", TalvoConstant(false), [](TalvoConstant& c) { TalvoConstant a(true); c.setOr(&a); }, "bool:true"},
-        {"string setOr true", TalvoConstant("1"), [](TalvoConstant& c) { c.setOr(true); }, "nil"},
         {"int setInf smaller double", TalvoConstant(4), [](TalvoConstant& c) { c.setInf(3.5); }, "double:3.5"},
         {"double setInf larger int", TalvoConstant(2.5), [](TalvoConstant& c) { c.setInf(3); }, "double:2.5"},
         {"double setInf int", TalvoConstant(2.5), [](TalvoConstant& c) { TalvoConstant a(2); c.setInf(&a); }, "int:2"},
@@ -276,11 +250,8 @@ TEST(TalvoConstant, UnaryOperations_HaveStrictDomains) {
         {"sin of a bool", &TalvoConstant::sin, TalvoConstant(true), "nil"},
         {"log 10", &TalvoConstant::log, TalvoConstant(10), "double:2.30259"},
         {"log 0", &TalvoConstant::log, TalvoConstant(0), "nil"},
-        {"log -1.0", &TalvoConstant::log, TalvoConstant(-1.0), "nil"},
         {"log10 1000", &TalvoConstant::log10, TalvoConstant(1000), "double:3"},
-        {"log10 0.001", &TalvoConstant::log10, TalvoConstant(0.001), "double:-3"},
         {"log10 0.0", &TalvoConstant::log10, TalvoConstant(0.0), "nil"},
-        {"log10 of a string", &TalvoConstant::log10, TalvoConstant("100"), "nil"},
         // neg keeps the type; an int's absolute value is a double.
         {"neg INT_MIN wraps", &TalvoConstant::neg, TalvoConstant(INT_MIN), "int:-2147483648"},
         {"abs int", &TalvoConstant::abs, TalvoConstant(-3), "double:3"},
