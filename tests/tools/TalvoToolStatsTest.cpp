@@ -29,8 +29,7 @@ TEST(TalvoToolStats, MalformedNumbers_AreReportedWithTheirLineAndSkipped) {
 // After ten problems a file's are only counted; a missing file exits two after the others.
 TEST(TalvoToolStats, ManyMalformedNumbersAndMissingFile) {
     std::string input;
-    for (int i = 0; i < 25; ++i)
-        input += "x\n";
+    for (int i = 0; i < 25; ++i) input += "x\n";
     writeFile("data.txt", input + "7\n");
     ToolRun run = runTool({"stats", "data.txt", "b.txt"});
     EXPECT_EQ(run.out.substr(0, 12), "count     1\n");
@@ -46,6 +45,8 @@ TEST(TalvoToolStats, ManyMalformedNumbersAndMissingFile) {
 TEST(TalvoToolStats, NoNumbers_CountZeroAndNothingToDraw) {
     EXPECT_EQ(runTool({"stats", "--svg", "h.svg"}, ""), (ToolRun{"count     0\n", "talvo: no numbers to draw\n", 1}));
     EXPECT_EQ(talvo_test::readFile("h.svg"), "<missing>");
+    EXPECT_EQ(runTool({"chrono", "--svg", "empty.svg"}, ""),
+              (ToolRun{"# x width count mean minimum maximum\n", "talvo: no points to draw\n", 1}));
 }
 
 TEST(TalvoToolStats, Histogram_BinsOfEqualWeightAsBars) {
@@ -76,9 +77,4 @@ TEST(TalvoToolChrono, MalformedLines_AreReportedWithTheirLineAndSkipped) {
                        "talvo: (standard input):4: expected two numbers \"x y\" in '4 1 2', skipped\n"
                        "talvo: (standard input):5: x goes back in '0 5', skipped\n",
                        0}));
-}
-
-TEST(TalvoToolChrono, Svg_WithNoPointsExitsOne) {
-    EXPECT_EQ(runTool({"chrono", "--svg", "empty.svg"}, ""),
-              (ToolRun{"# x width count mean minimum maximum\n", "talvo: no points to draw\n", 1}));
 }

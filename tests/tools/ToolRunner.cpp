@@ -10,12 +10,7 @@ namespace {
 
 std::string quoted(const std::string& argument) {
     std::string text = "'";
-    for (char c : argument) {
-        if (c == '\'')
-            text += "'\\''";
-        else
-            text += c;
-    }
+    for (char c : argument) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return text + "'";
 }
 
