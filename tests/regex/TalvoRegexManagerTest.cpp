@@ -118,11 +118,7 @@ TEST(TalvoRegexManager, MatchPattern_SearchRules) {
 }
 
 TEST(TalvoRegexManager, MatchPattern_SlotsAfterASearch) {
-    struct Slots {
-        const char *pattern, *subject;
-        int start;
-        std::vector<std::pair<int, const char*>> slots;
-    };
+    struct Slots { const char *pattern, *subject; int start; std::vector<std::pair<int, const char*>> slots; };
     const Slots table[] = {
         {"(a)x|ab", "ab", 0, {{1, "a"}}},  // captures from abandoned paths stay
         {"(a*)*", "aab", 0, {{0, "aa"}, {1, ""}}},  // the last completed iteration matched nothing

@@ -28,10 +28,7 @@ TEST(TalvoCharBuffer, AppendForms) {
 }
 
 TEST(TalvoCharBuffer, ComputeKey_WeightsRunOddThenMinusOneAtThirty) {
-    struct Case {
-        std::string text;
-        int key;
-    } cases[] = {
+    struct Case { std::string text; int key; } cases[] = {
         {"ab", 97 + 3 * 98},
         {std::string(30, 'a'), 97 * (29 * 29 - 1)},  // 1 + 3 + ... + 57, then -1
         {std::string(31, 'a'), 97 * (29 * 29 - 1 + 1)},

@@ -35,17 +35,6 @@ TEST(TalvoRawStringStream, GetChar_AfterGiveBackSkipsNextBufferCharacter) {
     EXPECT_NE(stream.isAtEnd(), 0);
 }
 
-// Unlike a file stream's close, this close also clears the trace stream.
-TEST(TalvoRawStringStream, Close_ClearsTraceStream) {
-    char text[] = "a";
-    TalvoRawStringStream stream(true, text, 1);
-    RecordingStream trace;
-    stream.setTraceStream(&trace);
-    stream.close();
-    EXPECT_EQ(stream.getTraceStream(), nullptr);
-    EXPECT_EQ(stream.getChar(), -1);
-}
-
 TEST(TalvoRawStringStream, GetChar_RefillCallBackFeedsNextChunks) {
     refills = 0;
     char buffer[8] = "ab";
@@ -90,10 +79,18 @@ TEST(TalvoRawStringStream, Put_DroppedWhenCallBackLeavesNoRoom) {
     EXPECT_STREQ(buffer, "ab");
 }
 
-TEST(TalvoRawStringStream, NullBuffer_GivesNeutralAnswers) {
+// Unlike a file stream's close, this close also clears the trace stream.
+TEST(TalvoRawStringStream, NullBufferOrClosed_GivesNeutralAnswers) {
     TalvoRawStringStream reader(true, nullptr, 0);
     EXPECT_EQ(reader.getChar(), -1);
     EXPECT_EQ(reader.isAtEnd(), -1);
+    char text[] = "a";
+    TalvoRawStringStream closed(true, text, 1);
+    RecordingStream trace;
+    closed.setTraceStream(&trace);
+    closed.close();
+    EXPECT_EQ(closed.getTraceStream(), nullptr);
+    EXPECT_EQ(closed.getChar(), -1);
     TalvoRawStringStream writer(false, nullptr, 10);
     writer.put("abc");
     writer.flush();

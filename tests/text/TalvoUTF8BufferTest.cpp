@@ -37,11 +37,7 @@ TEST(TalvoUTF8Buffer, Insert_OnlyFromZeroToLength) {
 }
 
 TEST(TalvoUTF8Buffer, InsertText_EachByteIsOneCharacter) {
-    struct Case {
-        int index;
-        const char* text;
-        const char* expected;
-    } cases[] = {
+    struct Case { int index; const char* text; const char* expected; } cases[] = {
         {1, "\xe9z", "1\xc3\xa9z2 #4"},
         {3, "ab", "12 #2"},
         {-1, "abc", "bc12 #4"},  // 'a' had no place; the rest goes to 0, 1

@@ -23,10 +23,7 @@ TEST(TalvoUTF8Char, CharConstructorEncodesLatin1AndGetByteOutOfRangeGivesZero) {
 }
 
 TEST(TalvoUTF8Char, IsValidUTF8ByteSequence_KeepsTheLibraryRules) {
-    struct Case {
-        Bytes bytes;
-        bool valid;
-    } cases[] = {
+    struct Case { Bytes bytes; bool valid; } cases[] = {
         {{0x41, 0x41, 0, 0}, false},      // ASCII needs three zeros
         {{0xC0, 0x80, 0, 0}, true},       // overlong passes
         {{0xC3, 0x41, 0, 0}, false},      // not a continuation

@@ -14,11 +14,7 @@ const char* const Log =
     "\n"
     "GET /c 500 500\n";
 
-struct Case {
-    std::vector<std::string> arguments;
-    const char* out;
-    int status;
-};
+struct Case { std::vector<std::string> arguments; const char* out; int status; };
 
 void expectCases(const std::vector<Case>& cases, const char* input) {
     for (const Case& c : cases)

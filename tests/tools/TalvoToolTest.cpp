@@ -21,16 +21,12 @@ std::string formatDraw(double value) {
 
 }  // namespace
 
-TEST(TalvoTool, Version_PrintsNameAndVersion) {
+TEST(TalvoTool, VersionAndHelp_EveryCommandDescribesItselfAndExitsZero) {
     EXPECT_EQ(runTool({"--version"}), (ToolRun{"talvo " TALVO_VERSION "\n", "", 0}));
-}
-
-TEST(TalvoTool, Help_EveryCommandDescribesItselfAndExitsZero) {
     for (std::vector<std::string> command : std::vector<std::vector<std::string>>{
              {"xml", "check"}, {"xml", "get"}, {"grep"}, {"stats"}, {"chrono"}, {"random"}}) {
         std::string usage = "Usage: talvo";
-        for (const std::string& word : command)
-            usage += " " + word;
+        for (const std::string& word : command) usage += " " + word;
         command.push_back("--help");
         ToolRun run = runTool(command);
         EXPECT_EQ(run.status, 0) << usage;
@@ -46,16 +42,14 @@ TEST(TalvoTool, BadUsage_ExitsTwoWithOnePrefixedLine) {
         {{"stats", "--frobnicate"}, "talvo: The following argument was not expected: --frobnicate\n" + UsageHint},
         {{"frobnicate"}, "talvo: unknown command 'frobnicate'\nRun 'talvo --help' for the list of commands.\n"},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(runTool(c.first), (ToolRun{"", c.second, 2}));
+    for (const auto& c : cases) EXPECT_EQ(runTool(c.first), (ToolRun{"", c.second, 2}));
 }
 
 TEST(TalvoToolRandom, Draws_AreTheLibraryGeneratorsOwn) {
     TalvoCongruentialRandomizer plain(2);
     plain.setSeed(99);
     std::string expected;
-    for (int i = 0; i < 3; ++i)
-        expected += formatDraw(plain.normalDraw(10.0, 2.0));
+    for (int i = 0; i < 3; ++i) expected += formatDraw(plain.normalDraw(10.0, 2.0));
     EXPECT_EQ(runTool({"random", "--kind", "2", "--seed", "99", "--count", "3", "normal", "10", "2"}),
               (ToolRun{expected, "", 0}));
 }

@@ -60,6 +60,16 @@ int parseInto(TalvoXMLDocument* document, const std::string& xml, std::string* r
     return code;
 }
 
+// A document parsed from `xml`, deleted with this object.
+struct Parsed {
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    std::string report;
+    int code;
+    explicit Parsed(const std::string& xml) : code(parseInto(document, xml, &report)) {}
+    ~Parsed() { delete document; }
+    TalvoXMLTerm* root(const char* tag) const { return document->findRoot(tag); }
+};
+
 std::string printDocument(TalvoXMLDocument* document) {
     document->print(std::fopen("printed.xml", "wb"), 2);  // closes the file
     return readFile("printed.xml");
@@ -163,16 +173,14 @@ TEST(TalvoXMLParser, GetPrinterMakesOneThenGivesTheReplacement) {
 }
 
 TEST(TalvoXMLParser, SelfClosingChildAndLineNumbers) {
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    std::string report;
-    ASSERT_EQ(parseInto(document, Header + "<a>\n  <b/>\n\n  text\n</a>\n", &report), 0);
-    TalvoXMLTerm* a = document->findRoot("a");
+    Parsed parsed(Header + "<a>\n  <b/>\n\n  text\n</a>\n");
+    ASSERT_EQ(parsed.code, 0);
+    TalvoXMLTerm* a = parsed.root("a");
     EXPECT_EQ(a->getLineNumber(), 2);
     ASSERT_EQ(a->getNumberOfChildren(), 2);
     EXPECT_TRUE(a->getNthChild(0)->isNodeOfTag("b"));
     EXPECT_STREQ(a->getNthChild(1)->getText(), "text ");
     EXPECT_EQ(a->getNthChild(1)->getLineNumber(), 6);  // a text is made at the "<" that ends it
-    delete document;
 }
 
 TEST(TalvoXMLParser, ChildTermsStoreWhatWasRead) {
@@ -186,27 +194,23 @@ TEST(TalvoXMLParser, ChildTermsStoreWhatWasRead) {
         {"<![CDATA[a]]b]]>", TalvoXMLTerm::CDATA, "a]]b"},
     };
     for (const Case& c : cases) {
-        TalvoXMLDocument* document = new TalvoXMLDocument();
-        std::string report;
-        ASSERT_EQ(parseInto(document, Header + "<a>" + c.body + "</a>", &report), 0) << c.body << report;
-        TalvoXMLTerm* term = document->findRoot("a")->getNthChild(0);
+        Parsed parsed(Header + "<a>" + c.body + "</a>");
+        ASSERT_EQ(parsed.code, 0) << c.body << parsed.report;
+        TalvoXMLTerm* term = parsed.root("a")->getNthChild(0);
         EXPECT_EQ(term->getType(), c.type) << c.body;
         EXPECT_STREQ(term->getText(), c.text) << c.body;
-        delete document;
     }
 }
 
 TEST(TalvoXMLParser, NulByteEndsWhatAStringShows) {
     const std::string nul(1, '\0');
     std::string body = "<a v=\"x" + nul + "y\">t" + nul + std::string(600, 'u') + "<!--c" + nul + "d--></a>";
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    std::string report;
-    ASSERT_EQ(parseInto(document, Header + body, &report), 0) << report;
-    TalvoXMLTerm* a = document->findRoot("a");
+    Parsed parsed(Header + body);
+    ASSERT_EQ(parsed.code, 0) << parsed.report;
+    TalvoXMLTerm* a = parsed.root("a");
     EXPECT_STREQ(a->getAttributeValue("v"), "x");
     EXPECT_STREQ(a->getNthChild(0)->getText(), "t");
     EXPECT_STREQ(a->getNthChild(1)->getText(), "--c");
-    delete document;
 }
 
 TEST(TalvoXMLParser, PrintedCDataReadsBackOnlyAfterABracket) {
@@ -354,12 +358,10 @@ TEST(TalvoXMLParser, TextScanTreatsEveryByteAtEveryOffset) {
     for (const std::string& odd : stoppers) {
         for (size_t offset = 0; offset < 40; ++offset) {
             std::string raw = std::string(offset, 'w') + odd + std::string(40, 'v') + " z";
-            TalvoXMLDocument* document = new TalvoXMLDocument();
-            std::string report;
-            ASSERT_EQ(parseInto(document, Header + "<a>" + raw + "</a>", &report), 0) << report;
-            EXPECT_EQ(std::string(document->findRoot("a")->getNthChild(0)->getText()), collapsed(raw))
+            Parsed parsed(Header + "<a>" + raw + "</a>");
+            ASSERT_EQ(parsed.code, 0) << parsed.report;
+            EXPECT_EQ(std::string(parsed.root("a")->getNthChild(0)->getText()), collapsed(raw))
                 << offset << " " << odd;
-            delete document;
         }
     }
 }
@@ -370,11 +372,9 @@ TEST(TalvoXMLParser, WhiteSpaceRunAcrossReadsIsOneBlank) {
     const std::string opening = Header + "<a>";
     for (size_t before : {1, 2, 5}) {
         std::string raw = std::string(ReadSize - opening.size() - before, 'w') + " \n \n\t z";
-        TalvoXMLDocument* document = new TalvoXMLDocument();
-        std::string report;
-        ASSERT_EQ(parseInto(document, opening + raw + "</a>\n<b/>", &report), 0) << report;
-        EXPECT_EQ(std::string(document->findRoot("a")->getNthChild(0)->getText()), collapsed(raw)) << before;
-        EXPECT_EQ(document->findRoot("b")->getLineNumber(), 5) << before;
-        delete document;
+        Parsed parsed(opening + raw + "</a>\n<b/>");
+        ASSERT_EQ(parsed.code, 0) << parsed.report;
+        EXPECT_EQ(std::string(parsed.root("a")->getNthChild(0)->getText()), collapsed(raw)) << before;
+        EXPECT_EQ(parsed.root("b")->getLineNumber(), 5) << before;
     }
 }
