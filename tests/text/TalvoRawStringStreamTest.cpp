@@ -16,8 +16,7 @@ public:
     int flushes = 0;
 };
 
-int refills = 0;  // call-back state
-
+int refills = 0;  // call-back states
 std::string drained;
 
 }  // namespace
@@ -43,8 +42,7 @@ TEST(TalvoRawStringStream, GetChar_RefillCallBackFeedsNextChunks) {
         std::strcpy(*buffer, refills == 1 ? "cd" : refills == 2 ? "e" : "");
     });
     std::string read;
-    for (char c = stream.getChar(); c != 0; c = stream.getChar())
-        read += c;
+    for (char c = stream.getChar(); c != 0; c = stream.getChar()) read += c;
     EXPECT_EQ(read, "abcde");
     EXPECT_EQ(refills, 3);  // the third call found nothing more
 }

@@ -162,16 +162,6 @@ TEST(TalvoXMLParser, ParserIsReusableAfterAnError) {
     delete document;
 }
 
-// A printer is there on first use; a replacement is the one handed out.
-TEST(TalvoXMLParser, GetPrinterMakesOneThenGivesTheReplacement) {
-    TalvoXMLParser parser;
-    TalvoXMLPrinter *first = parser.getPrinter(), *other = new TalvoXMLPrinter();
-    EXPECT_NE(first, nullptr);
-    EXPECT_EQ(parser.getPrinter(), first);
-    parser.setPrinter(other);
-    EXPECT_EQ(parser.getPrinter(), other);
-}
-
 TEST(TalvoXMLParser, SelfClosingChildAndLineNumbers) {
     Parsed parsed(Header + "<a>\n  <b/>\n\n  text\n</a>\n");
     ASSERT_EQ(parsed.code, 0);
@@ -247,17 +237,16 @@ TEST(TalvoXMLParser, DeepNestingParsesPrintsAndDeletes) {
     std::string opening, closing;
     for (int i = 0; i < depth; ++i) opening += "<n>", closing += "</n>";
     std::string xml = Header + opening + "x" + closing + "\n";
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    std::string report;
-    ASSERT_EQ(parseInto(document, xml, &report), 0) << report;
-    TalvoXMLTerm* term = document->findRoot("n");
-    int levels = 0;
-    for (; term && term->isNode(); term = term->getNthChild(0)) ++levels;
-    EXPECT_EQ(levels, depth);
-    // Printed without indentation, every level takes one opening and one closing line.
-    document->print(std::fopen("printed.xml", "wb"), 0);
-    EXPECT_EQ(readFile("printed.xml").find("<n >\nx\n</n>\n</n>\n"), Header.size() + 5 * (depth - 1));
-    TalvoXMLDocument::free(document);
+    {
+        Parsed parsed(xml);
+        ASSERT_EQ(parsed.code, 0) << parsed.report;
+        int levels = 0;
+        for (TalvoXMLTerm* term = parsed.root("n"); term && term->isNode(); term = term->getNthChild(0)) ++levels;
+        EXPECT_EQ(levels, depth);
+        // Printed without indentation, every level takes one opening and one closing line.
+        parsed.document->print(std::fopen("printed.xml", "wb"), 0);
+        EXPECT_EQ(readFile("printed.xml").find("<n >\nx\n</n>\n</n>\n"), Header.size() + 5 * (depth - 1));
+    }
     // Unclosed, the same depth fails cleanly and frees everything.
     xml.resize(Header.size() + 3 * depth);
     EXPECT_EQ(parse(xml).report, syntaxError(2, "Non closed tag(s)\n"));
@@ -274,6 +263,12 @@ TEST(TalvoXMLParser, RaiseErrorAndWarningUseTheTermLine) {
     parser->raiseWarning(1012, "x", nullptr);
     EXPECT_FALSE(parser->getParseError());
     delete term;
+    // A printer is there on first use; a replacement is the one handed out.
+    TalvoXMLPrinter *first = parser->getPrinter(), *other = new TalvoXMLPrinter();
+    EXPECT_NE(first, nullptr);
+    EXPECT_EQ(parser->getPrinter(), first);
+    parser->setPrinter(other);
+    EXPECT_EQ(parser->getPrinter(), other);
     EXPECT_EQ(run.report(),
               "ERROR [line 7]:\nOpen and close tags do not correspond\n\n"
               "ERROR [cfg.xml, line 7]:\nUnknown rate: fast\n"
