@@ -96,6 +96,10 @@ TEST(TalvoStream, GetChar_CountsLinesAcrossGiveBacksReadLastInFirstOut) {
     EXPECT_EQ(stream.getChar(), 'a');
     EXPECT_EQ(stream.getChar(), '\n');
     EXPECT_EQ(stream.getLineNumber(), 1);
+    Reader ended(std::string("a\xff" "b"));  // isAtEnd does not consume, and byte FF reads as the end
+    EXPECT_EQ(ended.isAtEnd(), 0);
+    EXPECT_EQ(ended.getChar(), 'a');
+    EXPECT_NE(ended.isAtEnd(), 0);
 }
 
 // The trace gets every character read or given back while set; close keeps it.
@@ -114,13 +118,6 @@ TEST(TalvoStream, TraceStream_EchoesWhileSet) {
     stream.setTraceStream(&readTrace);
     stream.close();
     EXPECT_EQ(stream.getTraceStream(), &readTrace);
-}
-
-TEST(TalvoStream, IsAtEnd_DoesNotConsumeAndTreatsByteFFAsEnd) {
-    Reader stream(std::string("a\xff" "b"));
-    EXPECT_EQ(stream.isAtEnd(), 0);
-    EXPECT_EQ(stream.getChar(), 'a');
-    EXPECT_NE(stream.isAtEnd(), 0);
 }
 
 TEST(TalvoStream, WrongDirectionOrNoFile_GivesNeutralAnswers) {
