@@ -46,7 +46,7 @@ TEST(TalvoToolStats, NoNumbers_CountZeroAndNothingToDraw) {
               (ToolRun{"# x width count mean minimum maximum\n", "talvo: no points to draw\n", 1}));
 }
 
-TEST(TalvoToolStats, Histogram_BinsOfEqualWeightAsBars) {
+TEST(TalvoToolStats, HistogramAndSvg_BinsOfEqualWeightAsBars) {
     const std::string bar(50, '#');
     ToolRun run = runTool({"stats", "--quantiles", "1", "--histogram", "--bins", "2"}, "1 2 3 4\n");
     EXPECT_NE(run.out.find("# histogram: bins of equal weight, bar length proportional to density\n"
@@ -55,9 +55,7 @@ TEST(TalvoToolStats, Histogram_BinsOfEqualWeightAsBars) {
                            "           2.5            4          2  " + bar + "\n"),
               std::string::npos)
         << run.out;
-}
-
-TEST(TalvoToolStats, Svg_DrawsOneBarPerBin) {
+    // The picture draws one bar per bin.
     EXPECT_EQ(runTool({"stats", "--bins", "5", "--svg", "l.svg", sampleFile("latencies.txt")}).status, 0);
     std::string svg = talvo_test::readFile("l.svg");
     EXPECT_EQ(svg.rfind("<?xml version=\"1.0\"?>\n<svg ", 0), 0u) << svg;
