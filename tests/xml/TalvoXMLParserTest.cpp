@@ -65,7 +65,7 @@ struct Parsed {
     TalvoXMLDocument* document = new TalvoXMLDocument();
     std::string report;
     int code;
-    explicit Parsed(const std::string& xml) : code(parseInto(document, xml, &report)) {}
+    explicit Parsed(const std::string& xml, const char* name = nullptr) : code(parseInto(document, xml, &report, name)) {}
     ~Parsed() { delete document; }
     TalvoXMLTerm* root(const char* tag) const { return document->findRoot(tag); }
 };
@@ -79,12 +79,8 @@ std::string printDocument(TalvoXMLDocument* document) {
 struct Outcome { int code; std::string report, printed; };
 
 Outcome parse(const std::string& xml, const char* name = nullptr) {
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    Outcome outcome;
-    outcome.code = parseInto(document, xml, &outcome.report, name);
-    outcome.printed = printDocument(document);
-    delete document;
-    return outcome;
+    Parsed parsed(xml, name);
+    return {parsed.code, parsed.report, printDocument(parsed.document)};
 }
 
 // Everything `file` still holds from its current position.
