@@ -49,10 +49,7 @@ TEST(TalvoRegexManager, CompilePattern_BuildsTreeOfEveryRule) {
         {"\\t", "esc(\t)"},
     };
     for (const Parse& p : table) EXPECT_EQ(compileDump(p.pattern), p.tree) << p.pattern;
-}
-
-TEST(TalvoRegexManager, CompilePattern_NewlineIsEchoedAndIgnored) {
-    std::string out;
+    std::string out;  // a newline is echoed and ignored
     EXPECT_EQ(compileDump("a\nb", &out), "cat(a,b)");
     EXPECT_EQ(out, "\n");
     EXPECT_EQ(compileDump("[a\nb]", &out), "no tree");  // a newline ends no class
