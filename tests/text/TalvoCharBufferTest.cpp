@@ -5,7 +5,7 @@
 
 #include <string>
 
-TEST(TalvoCharBuffer, NeverAllocated_HasNoStringUntilFirstAppend) {
+TEST(TalvoCharBuffer, NeverAllocated_HasNoStringUntilFirstAppendAndSortsFirst) {
     TalvoCharBuffer never(32);
     EXPECT_EQ(never.getString(), nullptr);
     EXPECT_EQ(never.popChar(), '\0');
@@ -16,6 +16,12 @@ TEST(TalvoCharBuffer, NeverAllocated_HasNoStringUntilFirstAppend) {
     never.append("");  // "" allocates the first block
     ASSERT_NE(never.getString(), nullptr);
     EXPECT_STREQ(never.getString(), "");
+    TalvoCharBuffer small(4), large(8), empty(""), b("b"), high("\xe9");  // never allocated sorts first
+    EXPECT_EQ(small.compare(&large), 0);
+    EXPECT_EQ(small.compare(&empty), -1);
+    EXPECT_EQ(b.compare(&high), -1);  // bytes compare unsigned
+    EXPECT_EQ(small.compare(nullptr), 0);
+    EXPECT_EQ(b.compare(nullptr), 1);
 }
 
 TEST(TalvoCharBuffer, AppendForms) {
@@ -38,13 +44,4 @@ TEST(TalvoCharBuffer, ComputeKey_WeightsRunOddThenMinusOneAtThirty) {
         TalvoCharBuffer buffer(c.text.c_str());
         EXPECT_EQ(buffer.computeKey(), c.key) << "length " << c.text.size();
     }
-}
-
-TEST(TalvoCharBuffer, Compare_NeverAllocatedSortsFirst) {
-    TalvoCharBuffer never(4), otherNever(8), empty(""), b("b"), high("\xe9");
-    EXPECT_EQ(never.compare(&otherNever), 0);
-    EXPECT_EQ(never.compare(&empty), -1);
-    EXPECT_EQ(b.compare(&high), -1);  // bytes compare unsigned
-    EXPECT_EQ(never.compare(nullptr), 0);
-    EXPECT_EQ(b.compare(nullptr), 1);
 }

@@ -34,19 +34,17 @@ TEST(TalvoUTF8Buffer, Insert_OnlyFromZeroToLength) {
     buffer.insert(3, 'B').insert(-1, 'B').insert(2, 'B').insert(1, '\xe8');
     buffer.insert(0, TalvoUTF8Char(0xF0, 0x9F, 0x98, 0x80));
     EXPECT_EQ(textOf(buffer), "\xf0\x9f\x98\x80\xc3\xa9\xc3\xa8" "AB #5");
-}
-
-TEST(TalvoUTF8Buffer, InsertText_EachByteIsOneCharacter) {
+    // Inserting a text makes each byte one character.
     struct Case { int index; const char* text; const char* expected; } cases[] = {
         {1, "\xe9z", "1\xc3\xa9z2 #4"},
         {3, "ab", "12 #2"},
         {-1, "abc", "bc12 #4"},  // 'a' had no place; the rest goes to 0, 1
     };
     for (const Case& c : cases) {
-        TalvoUTF8Buffer buffer;
-        buffer.append("12");
-        buffer.insert(c.index, c.text);
-        EXPECT_EQ(textOf(buffer), c.expected) << c.index << " " << c.text;
+        TalvoUTF8Buffer twelve;
+        twelve.append("12");
+        twelve.insert(c.index, c.text);
+        EXPECT_EQ(textOf(twelve), c.expected) << c.index << " " << c.text;
     }
 }
 
