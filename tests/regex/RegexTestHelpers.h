@@ -1,6 +1,8 @@
 // Helpers shared by the regex tests: tree dumps, printing, owned results.
 #pragma once
 
+#include "support/TalvoTest.h"
+
 #include <talvo/containers/TalvoList.h>
 #include <talvo/foundation/TalvoRawString.h>
 #include <talvo/regex/TalvoRegex.h>
@@ -37,13 +39,10 @@ inline std::string dump(const TalvoRegex* node) {
 
 // What print writes for a tree.
 inline std::string printed(const TalvoRegex* node) {
-    FILE* file = std::tmpfile();
+    FILE* file = std::fopen("printed.txt", "wb");
     node->print(file);
-    std::rewind(file);
-    std::string text;
-    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) text += static_cast<char>(c);
     std::fclose(file);
-    return text;
+    return talvo_test::readFile("printed.txt");
 }
 
 // A returned raw string as std::string ("<null>" for null), freed.

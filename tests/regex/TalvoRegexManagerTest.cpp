@@ -49,10 +49,7 @@ TEST(TalvoRegexManager, CompilePattern_BuildsTreeOfEveryRule) {
         {"\\t", "esc(\t)"},
     };
     for (const Parse& p : table) EXPECT_EQ(compileDump(p.pattern), p.tree) << p.pattern;
-}
-
-TEST(TalvoRegexManager, CompilePattern_NewlineIsEchoedAndIgnored) {
-    std::string out;
+    std::string out;  // a newline is echoed and ignored
     EXPECT_EQ(compileDump("a\nb", &out), "cat(a,b)");
     EXPECT_EQ(out, "\n");
     EXPECT_EQ(compileDump("[a\nb]", &out), "no tree");  // a newline ends no class
@@ -77,15 +74,12 @@ TEST(TalvoRegexManager, TextOperations_FailAfterSyntaxErrorAndRememberIt) {
     EXPECT_TRUE(takeList(manager.splitWithPattern("a(b")).empty());
     EXPECT_EQ(take(manager.substitutePatterns("a(", "x")), "<null>");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "syntax error");
-}
-
-TEST(TalvoRegexManager, CompilePattern_SecondCallFindsNothingLeftToScan) {
-    TalvoRegexManager manager("ab");
-    EXPECT_EQ(manager.compilePattern(), 0);
+    TalvoRegexManager twice("ab");  // a second compile finds nothing left to scan
+    EXPECT_EQ(twice.compilePattern(), 0);
     testing::internal::CaptureStderr();
-    EXPECT_EQ(manager.compilePattern(), 0);
+    EXPECT_EQ(twice.compilePattern(), 0);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "syntax error");
-    EXPECT_EQ(manager.matchPattern("xab"), 1);
+    EXPECT_EQ(twice.matchPattern("xab"), 1);
 }
 
 TEST(TalvoRegexManager, PrintTopRegex_WritesPatternSyntax) {
@@ -97,51 +91,31 @@ TEST(TalvoRegexManager, PrintTopRegex_WritesPatternSyntax) {
     }
 }
 
-TEST(TalvoRegexManager, MatchPattern_FirstSuccessAtLeftmostStart) {
+TEST(TalvoRegexManager, MatchPattern_SearchRules) {
     expectSearches({
         {"a|ab", "ab", 0, "a"},            // left alternative first, not the longest
         {"a*", "", -1, "<null>"},          // an empty text is never matched
         {"xy|abc", "ab", -1, "<null>"},    // the text ends inside the run
-    });
-}
-
-TEST(TalvoRegexManager, MatchPattern_RepetitionsNeverReviseAnIteration) {
-    expectSearches({
         {"a+ab", "ab", 0, "ab"},           // a plus falls back before its iteration only
         {"(a|ab)*c", "abc", 2, "c"},       // an iteration is never revised
         {"(a*)*a", "aaa", 0, "a"},         // the iteration keeps aaa; fallbacks shorten
-        {"(a*)*b", "aab", 0, "aab"},
         {"(a*|b)*c", "abbac", 3, "ac"},    // a* always wins with "" where no a stands
-    });
-}
-
-TEST(TalvoRegexManager, MatchPattern_DollarIsStrictCaretOnlyAtZero) {
-    expectSearches({
         {"$", "abc", -1, "<null>"},
         {"(a$)", "a", -1, "<null>"},       // the group's closing step still follows
         {"a$*", "a", 0, "a"},              // the iteration alone has nothing after it
         {"^*a", "ba", 1, "a"},             // a star over ^ may take zero iterations
         {"^ab|b", "xab", 2, "b"},
+        {"\\1(a)", "aa", -1, "<null>"},       // group 1 has not completed yet
+        {"a\\0", "aa", -1, "<null>"},          // slot 0 is empty in a new manager
+        {"[\\\\]", "\\", -1, "<null>"},       // a backslash only lets the next byte through
     });
     TalvoRegexManager manager("^a(b)c");   // an attempt that records a group is still made
     EXPECT_EQ(manager.matchPattern("abd"), -1);
     EXPECT_EQ(slot(&manager, 1), "b");
 }
 
-TEST(TalvoRegexManager, MatchPattern_BackReferencesClassesAndEscapes) {
-    expectSearches({
-        {"\\1(a)", "aa", -1, "<null>"},       // group 1 has not completed yet
-        {"a\\0", "aa", -1, "<null>"},          // slot 0 is empty in a new manager
-        {"[\\\\]", "\\", -1, "<null>"},       // a backslash only lets the next byte through
-    });
-}
-
 TEST(TalvoRegexManager, MatchPattern_SlotsAfterASearch) {
-    struct Slots {
-        const char *pattern, *subject;
-        int start;
-        std::vector<std::pair<int, const char*>> slots;
-    };
+    struct Slots { const char *pattern, *subject; int start; std::vector<std::pair<int, const char*>> slots; };
     const Slots table[] = {
         {"(a)x|ab", "ab", 0, {{1, "a"}}},  // captures from abandoned paths stay
         {"(a*)*", "aab", 0, {{0, "aa"}, {1, ""}}},  // the last completed iteration matched nothing
@@ -156,6 +130,8 @@ TEST(TalvoRegexManager, MatchPattern_SlotsAfterASearch) {
 
 TEST(TalvoRegexManager, Captures_PersistBetweenOperations) {
     TalvoRegexManager manager("(b+)");
+    EXPECT_EQ(take(manager.substitutePatterns("abc", "[\\0]")), "a[]c");  // no search yet: slot 0 empty
+    EXPECT_EQ(take(manager.substitutePatterns("b", nullptr)), "<null>");
     EXPECT_EQ(manager.matchPattern("abba"), 1);
     EXPECT_EQ(take(manager.substitutePatterns("xbx", "[\\0\\1]")), "x[bbb]x");
     EXPECT_EQ(slot(&manager, 0), "bb");  // substitution leaves slot 0 alone
@@ -194,14 +170,6 @@ TEST(TalvoRegexManager, Substitute_FirstAndEveryMatch) {
         TalvoRegexManager every(s.pattern);
         EXPECT_EQ(take(every.substitutePatterns(s.subject, s.replacement)), s.all) << s.pattern << " on " << s.subject;
     }
-}
-
-TEST(TalvoRegexManager, Substitute_SlotZeroComesFromTheLastSearch) {
-    TalvoRegexManager manager("b");
-    EXPECT_EQ(take(manager.substitutePatterns("abc", "[\\0]")), "a[]c");  // no search yet: empty
-    manager.matchPattern("xbx");
-    EXPECT_EQ(take(manager.substitutePatterns("abc", "[\\0]")), "a[b]c");
-    EXPECT_EQ(take(manager.substitutePatterns("b", nullptr)), "<null>");
 }
 
 TEST(TalvoRegexManager, NewRegex_CyclicTreeNeverMatches) {

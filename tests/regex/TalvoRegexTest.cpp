@@ -46,9 +46,8 @@ TEST(TalvoRegex, OperatorAssign_SharesTheClassText) {
 
 TEST(TalvoRegex, HandBuiltTree_PrintsWithoutParenthesesAndMatchesWithTheStack) {
     TalvoRegexManager manager("x");
-    TalvoRegex* a = manager.newRegex(TalvoRegex::TYPE_CHAR);
+    TalvoRegex *a = manager.newRegex(TalvoRegex::TYPE_CHAR), *b = manager.newRegex(TalvoRegex::TYPE_CHAR);
     a->setCharacterClass("a");
-    TalvoRegex* b = manager.newRegex(TalvoRegex::TYPE_CHAR);
     b->setCharacterClass("b");
     TalvoRegex* cat = manager.newRegex(TalvoRegex::TYPE_CONCATENATION);
     cat->setLeftArgument(a);

@@ -16,8 +16,7 @@ public:
     int flushes = 0;
 };
 
-int refills = 0;  // call-back state
-
+int refills = 0;  // call-back states
 std::string drained;
 
 }  // namespace
@@ -35,17 +34,6 @@ TEST(TalvoRawStringStream, GetChar_AfterGiveBackSkipsNextBufferCharacter) {
     EXPECT_NE(stream.isAtEnd(), 0);
 }
 
-// Unlike a file stream's close, this close also clears the trace stream.
-TEST(TalvoRawStringStream, Close_ClearsTraceStream) {
-    char text[] = "a";
-    TalvoRawStringStream stream(true, text, 1);
-    RecordingStream trace;
-    stream.setTraceStream(&trace);
-    stream.close();
-    EXPECT_EQ(stream.getTraceStream(), nullptr);
-    EXPECT_EQ(stream.getChar(), -1);
-}
-
 TEST(TalvoRawStringStream, GetChar_RefillCallBackFeedsNextChunks) {
     refills = 0;
     char buffer[8] = "ab";
@@ -54,46 +42,46 @@ TEST(TalvoRawStringStream, GetChar_RefillCallBackFeedsNextChunks) {
         std::strcpy(*buffer, refills == 1 ? "cd" : refills == 2 ? "e" : "");
     });
     std::string read;
-    for (char c = stream.getChar(); c != 0; c = stream.getChar())
-        read += c;
+    for (char c = stream.getChar(); c != 0; c = stream.getChar()) read += c;
     EXPECT_EQ(read, "abcde");
     EXPECT_EQ(refills, 3);  // the third call found nothing more
 }
 
-// Without a call-back a full buffer keeps its first size characters.
-TEST(TalvoRawStringStream, Put_WithoutCallBackKeepsFirstSizeCharacters) {
-    char buffer[9] = "XXXXXXXX";
-    TalvoRawStringStream stream(false, buffer, 8);
-    stream.putln(2.5);
-    stream.put("xyz123");
-    stream.flush();
-    EXPECT_STREQ(buffer, "2.5\nxyz1");
-    EXPECT_EQ(stream.getChar(), -1);
-}
-
-TEST(TalvoRawStringStream, Put_FullBufferIsDrainedByCallBack) {
+// A full buffer: without a call-back it keeps its first size characters; a call-back
+// drains it; one that leaves no room makes the rest dropped.
+TEST(TalvoRawStringStream, Put_FullBuffer) {
+    char kept[9] = "XXXXXXXX", drainedBuffer[4], dropped[3] = {};
+    TalvoRawStringStream keeper(false, kept, 8);
+    keeper.putln(2.5);
+    keeper.put("xyz123");
+    keeper.flush();
+    EXPECT_STREQ(kept, "2.5\nxyz1");
+    EXPECT_EQ(keeper.getChar(), -1);
     drained.clear();
-    char buffer[4];
-    TalvoRawStringStream stream(false, buffer, 3, [](char** buffer, int*) { drained += *buffer; });
-    stream.put("hello, world");
-    stream.flush();
+    TalvoRawStringStream drainer(false, drainedBuffer, 3, [](char** buffer, int*) { drained += *buffer; });
+    drainer.put("hello, world");
+    drainer.flush();
     EXPECT_EQ(drained, "hello, world");
-}
-
-TEST(TalvoRawStringStream, Put_DroppedWhenCallBackLeavesNoRoom) {
-    char buffer[3] = {};
     RecordingStream trace;
-    TalvoRawStringStream stream(false, buffer, 2, [](char**, int* size) { *size = 0; });
-    stream.setTraceStream(&trace);
-    stream.put("abc");
+    TalvoRawStringStream dropper(false, dropped, 2, [](char**, int* size) { *size = 0; });
+    dropper.setTraceStream(&trace);
+    dropper.put("abc");
     EXPECT_EQ(trace.text, "ab");
-    EXPECT_STREQ(buffer, "ab");
+    EXPECT_STREQ(dropped, "ab");
 }
 
-TEST(TalvoRawStringStream, NullBuffer_GivesNeutralAnswers) {
+// Unlike a file stream's close, this close also clears the trace stream.
+TEST(TalvoRawStringStream, NullBufferOrClosed_GivesNeutralAnswers) {
     TalvoRawStringStream reader(true, nullptr, 0);
     EXPECT_EQ(reader.getChar(), -1);
     EXPECT_EQ(reader.isAtEnd(), -1);
+    char text[] = "a";
+    TalvoRawStringStream closed(true, text, 1);
+    RecordingStream trace;
+    closed.setTraceStream(&trace);
+    closed.close();
+    EXPECT_EQ(closed.getTraceStream(), nullptr);
+    EXPECT_EQ(closed.getChar(), -1);
     TalvoRawStringStream writer(false, nullptr, 10);
     writer.put("abc");
     writer.flush();

@@ -49,13 +49,13 @@ TEST(TalvoStream, BareStream_ReadsAsEndedAndSwallowsWrites) {
     stream.put(5L);
     stream.close();
     EXPECT_EQ(stream.getLineNumber(), 0);
+    TalvoFileStream out(false, stdout);  // closing spares the standard streams
+    out.close();
+    EXPECT_NE(fcntl(fileno(stdout), F_GETFD), -1);
 }
 
 TEST(TalvoStream, PutString_InterpretsEachEscape) {
-    struct Case {
-        const char* input;
-        const char* output;
-    } cases[] = {
+    struct Case { const char* input; const char* output; } cases[] = {
         {"a\\nb", "a\nb"}, {"a\\qb", "a\\qb"}, {"\\\\n", "\\n"}, {"ab\\", "ab\\"},
     };
     for (const Case& c : cases)
@@ -63,18 +63,14 @@ TEST(TalvoStream, PutString_InterpretsEachEscape) {
 }
 
 TEST(TalvoStream, PutNumbers_UseFixedFormatsAndPrecision) {
-    struct Case {
-        void (*write)(TalvoStream& s);
-        const char* expected;
-    } cases[] = {
+    struct Case { void (*write)(TalvoStream& s); const char* expected; } cases[] = {
         {[](TalvoStream& s) { s.put(0.1); }, "0.1"},
         {[](TalvoStream& s) { s.put(1234567.0); }, "1.23457e+06"},
         {[](TalvoStream& s) { s.put("[%5.2f]\\n", 3.14159); }, "[ 3.14]\n"},
         {[](TalvoStream& s) { s.setSignificantDigitNumber(3); s.put(2.71828f); }, "2.72"},
         {[](TalvoStream& s) { s.setSignificantDigitNumber(1); s.putln(0.25); }, "0.2\n"},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(written(c.write), c.expected);
+    for (const Case& c : cases) EXPECT_EQ(written(c.write), c.expected);
     std::string huge = written([](TalvoStream& s) { s.put("%f", 1e300); });  // no fixed buffer cuts it
     EXPECT_EQ(huge.size(), 301u + 7u);
 }
@@ -100,6 +96,10 @@ TEST(TalvoStream, GetChar_CountsLinesAcrossGiveBacksReadLastInFirstOut) {
     EXPECT_EQ(stream.getChar(), 'a');
     EXPECT_EQ(stream.getChar(), '\n');
     EXPECT_EQ(stream.getLineNumber(), 1);
+    Reader ended(std::string("a\xff" "b"));  // isAtEnd does not consume, and byte FF reads as the end
+    EXPECT_EQ(ended.isAtEnd(), 0);
+    EXPECT_EQ(ended.getChar(), 'a');
+    EXPECT_NE(ended.isAtEnd(), 0);
 }
 
 // The trace gets every character read or given back while set; close keeps it.
@@ -120,13 +120,6 @@ TEST(TalvoStream, TraceStream_EchoesWhileSet) {
     EXPECT_EQ(stream.getTraceStream(), &readTrace);
 }
 
-TEST(TalvoStream, IsAtEnd_DoesNotConsumeAndTreatsByteFFAsEnd) {
-    Reader stream(std::string("a\xff" "b"));
-    EXPECT_EQ(stream.isAtEnd(), 0);
-    EXPECT_EQ(stream.getChar(), 'a');
-    EXPECT_NE(stream.isAtEnd(), 0);
-}
-
 TEST(TalvoStream, WrongDirectionOrNoFile_GivesNeutralAnswers) {
     EXPECT_EQ(written([](TalvoStream& s) {
                   EXPECT_EQ(s.getChar(), -1);
@@ -135,10 +128,4 @@ TEST(TalvoStream, WrongDirectionOrNoFile_GivesNeutralAnswers) {
                   s.put("ok");
               }),
               "ok");
-}
-
-TEST(TalvoStream, Close_SparesStandardStreams) {
-    TalvoFileStream stream(false, stdout);
-    stream.close();
-    EXPECT_NE(fcntl(fileno(stdout), F_GETFD), -1);
 }

@@ -23,6 +23,9 @@ TEST(TalvoUTF8Buffer, Append_CountsCharactersAndBytes) {
     buffer.append(TalvoUTF8Char(0xE2, 0x82, 0xAC, 0)).append("x\xff");
     buffer.append("").append(static_cast<const char*>(nullptr));
     EXPECT_EQ(textOf(buffer), "\xc3\xa9" "A\xe2\x82\xac" "x\xc3\xbf #5");
+    TalvoUTF8Buffer b;
+    b.append("y").append(b).append(buffer);  // a buffer's bytes and both lengths, even its own
+    EXPECT_EQ(textOf(b), "yy\xc3\xa9" "A\xe2\x82\xac" "x\xc3\xbf #7");
 }
 
 TEST(TalvoUTF8Buffer, Insert_OnlyFromZeroToLength) {
@@ -31,23 +34,17 @@ TEST(TalvoUTF8Buffer, Insert_OnlyFromZeroToLength) {
     buffer.insert(3, 'B').insert(-1, 'B').insert(2, 'B').insert(1, '\xe8');
     buffer.insert(0, TalvoUTF8Char(0xF0, 0x9F, 0x98, 0x80));
     EXPECT_EQ(textOf(buffer), "\xf0\x9f\x98\x80\xc3\xa9\xc3\xa8" "AB #5");
-}
-
-TEST(TalvoUTF8Buffer, InsertText_EachByteIsOneCharacter) {
-    struct Case {
-        int index;
-        const char* text;
-        const char* expected;
-    } cases[] = {
+    // Inserting a text makes each byte one character.
+    struct Case { int index; const char* text; const char* expected; } cases[] = {
         {1, "\xe9z", "1\xc3\xa9z2 #4"},
         {3, "ab", "12 #2"},
         {-1, "abc", "bc12 #4"},  // 'a' had no place; the rest goes to 0, 1
     };
     for (const Case& c : cases) {
-        TalvoUTF8Buffer buffer;
-        buffer.append("12");
-        buffer.insert(c.index, c.text);
-        EXPECT_EQ(textOf(buffer), c.expected) << c.index << " " << c.text;
+        TalvoUTF8Buffer twelve;
+        twelve.append("12");
+        twelve.insert(c.index, c.text);
+        EXPECT_EQ(textOf(twelve), c.expected) << c.index << " " << c.text;
     }
 }
 
@@ -58,14 +55,6 @@ TEST(TalvoUTF8Buffer, Remove_CutsWholeCharacter) {
     EXPECT_EQ(textOf(buffer), "a\xe2\x82\xac" "b #3");
     buffer.remove(3).remove(-1).remove(1);
     EXPECT_EQ(textOf(buffer), "ab #2");
-}
-
-TEST(TalvoUTF8Buffer, AppendBuffer_CopiesBytesAndBothLengths) {
-    TalvoUTF8Buffer a, b;
-    a.append("x");
-    b.append("\xe9y");
-    a.append(b).append(a);
-    EXPECT_EQ(textOf(a), "x\xc3\xa9yx\xc3\xa9y #6");
 }
 
 TEST(TalvoUTF8Buffer, Reserve_AddsThirtyTwoTimesNeededOverThirtyTwoPlusOneAndClearKeepsIt) {

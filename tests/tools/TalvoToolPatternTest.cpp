@@ -14,11 +14,7 @@ const char* const Log =
     "\n"
     "GET /c 500 500\n";
 
-struct Case {
-    std::vector<std::string> arguments;
-    const char* out;
-    int status;
-};
+struct Case { std::vector<std::string> arguments; const char* out; int status; };
 
 void expectCases(const std::vector<Case>& cases, const char* input) {
     for (const Case& c : cases)
@@ -44,12 +40,10 @@ TEST(TalvoToolGrep, SeveralFiles_PrefixTheirNamesAndKeepGoingPastAMissingOne) {
               (ToolRun{"one.log:1:alpha\ntwo.log:2:alphabet\n", "talvo: none.log: No such file or directory\n", 2}));
 }
 
-TEST(TalvoToolGrep, InvalidPattern_ExitsTwoWithOneDiagnostic) {
+TEST(TalvoToolGrep, InvalidPatternExitsTwoAndLongLinesAreReadWhole) {
     EXPECT_EQ(runTool({"grep", "[abc"}, Log), (ToolRun{"", "talvo: invalid pattern '[abc'\n", 2}));
     EXPECT_EQ(runTool({"sub", "(", "x"}, Log), (ToolRun{"", "talvo: invalid pattern '('\n", 2}));
-}
-
-TEST(TalvoToolGrep, LongLinesAndMissingFinalNewline_AreReadWhole) {
+    // Long lines and a missing final newline are read whole.
     EXPECT_EQ(runTool({"grep", "-o", "yx*$"}, "short\n" + std::string(99990, 'x') + "yxxxxxxxxx"),
               (ToolRun{"yxxxxxxxxx\n", "", 0}));
 }

@@ -24,15 +24,11 @@ TEST(TalvoToolStats, MalformedNumbers_AreReportedWithTheirLineAndSkipped) {
               "talvo: (standard input):3: malformed number 'nan', skipped\n"
               "talvo: (standard input):4: malformed number '1e999', skipped\n");
     EXPECT_EQ(run.status, 0);
-}
-
-// After ten problems a file's are only counted; a missing file exits two after the others.
-TEST(TalvoToolStats, ManyMalformedNumbersAndMissingFile) {
+    // After ten problems a file's are only counted; a missing file exits two after the others.
     std::string input;
-    for (int i = 0; i < 25; ++i)
-        input += "x\n";
+    for (int i = 0; i < 25; ++i) input += "x\n";
     writeFile("data.txt", input + "7\n");
-    ToolRun run = runTool({"stats", "data.txt", "b.txt"});
+    run = runTool({"stats", "data.txt", "b.txt"});
     EXPECT_EQ(run.out.substr(0, 12), "count     1\n");
     EXPECT_NE(run.err.find("talvo: data.txt:10: malformed number 'x', skipped\n"
                            "talvo: data.txt: further problems are only counted\n"
@@ -46,9 +42,11 @@ TEST(TalvoToolStats, ManyMalformedNumbersAndMissingFile) {
 TEST(TalvoToolStats, NoNumbers_CountZeroAndNothingToDraw) {
     EXPECT_EQ(runTool({"stats", "--svg", "h.svg"}, ""), (ToolRun{"count     0\n", "talvo: no numbers to draw\n", 1}));
     EXPECT_EQ(talvo_test::readFile("h.svg"), "<missing>");
+    EXPECT_EQ(runTool({"chrono", "--svg", "empty.svg"}, ""),
+              (ToolRun{"# x width count mean minimum maximum\n", "talvo: no points to draw\n", 1}));
 }
 
-TEST(TalvoToolStats, Histogram_BinsOfEqualWeightAsBars) {
+TEST(TalvoToolStats, HistogramAndSvg_BinsOfEqualWeightAsBars) {
     const std::string bar(50, '#');
     ToolRun run = runTool({"stats", "--quantiles", "1", "--histogram", "--bins", "2"}, "1 2 3 4\n");
     EXPECT_NE(run.out.find("# histogram: bins of equal weight, bar length proportional to density\n"
@@ -57,9 +55,7 @@ TEST(TalvoToolStats, Histogram_BinsOfEqualWeightAsBars) {
                            "           2.5            4          2  " + bar + "\n"),
               std::string::npos)
         << run.out;
-}
-
-TEST(TalvoToolStats, Svg_DrawsOneBarPerBin) {
+    // The picture draws one bar per bin.
     EXPECT_EQ(runTool({"stats", "--bins", "5", "--svg", "l.svg", sampleFile("latencies.txt")}).status, 0);
     std::string svg = talvo_test::readFile("l.svg");
     EXPECT_EQ(svg.rfind("<?xml version=\"1.0\"?>\n<svg ", 0), 0u) << svg;
@@ -76,9 +72,4 @@ TEST(TalvoToolChrono, MalformedLines_AreReportedWithTheirLineAndSkipped) {
                        "talvo: (standard input):4: expected two numbers \"x y\" in '4 1 2', skipped\n"
                        "talvo: (standard input):5: x goes back in '0 5', skipped\n",
                        0}));
-}
-
-TEST(TalvoToolChrono, Svg_WithNoPointsExitsOne) {
-    EXPECT_EQ(runTool({"chrono", "--svg", "empty.svg"}, ""),
-              (ToolRun{"# x width count mean minimum maximum\n", "talvo: no points to draw\n", 1}));
 }

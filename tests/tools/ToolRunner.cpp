@@ -6,20 +6,11 @@
 
 namespace talvo_tool_test {
 
-namespace {
-
-std::string quoted(const std::string& argument) {
+static std::string quoted(const std::string& argument) {
     std::string text = "'";
-    for (char c : argument) {
-        if (c == '\'')
-            text += "'\\''";
-        else
-            text += c;
-    }
+    for (char c : argument) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
     return text + "'";
 }
-
-}  // namespace
 
 ToolRun runTool(const std::vector<std::string>& arguments, const std::string& input) {
     talvo_test::writeFile("tool.in", input);
@@ -28,11 +19,7 @@ ToolRun runTool(const std::vector<std::string>& arguments, const std::string& in
         command += " " + quoted(argument);
     command += " <tool.in >tool.out 2>tool.err";
     int raw = std::system(command.c_str());
-    ToolRun run;
-    run.out = talvo_test::readFile("tool.out");
-    run.err = talvo_test::readFile("tool.err");
-    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    return run;
+    return {talvo_test::readFile("tool.out"), talvo_test::readFile("tool.err"), WIFEXITED(raw) ? WEXITSTATUS(raw) : -1};
 }
 
 std::string sampleFile(const char* name) { return std::string(TALVO_SOURCE_DIR) + "/examples/data/" + name; }

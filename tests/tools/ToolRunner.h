@@ -8,11 +8,7 @@
 
 namespace talvo_tool_test {
 
-struct ToolRun {
-    std::string out;
-    std::string err;
-    int status;
-};
+struct ToolRun { std::string out; std::string err; int status; };
 
 inline bool operator==(const ToolRun& a, const ToolRun& b) {
     return a.out == b.out && a.err == b.err && a.status == b.status;

@@ -60,6 +60,16 @@ int parseInto(TalvoXMLDocument* document, const std::string& xml, std::string* r
     return code;
 }
 
+// A document parsed from `xml`, deleted with this object.
+struct Parsed {
+    TalvoXMLDocument* document = new TalvoXMLDocument();
+    std::string report;
+    int code;
+    explicit Parsed(const std::string& xml, const char* name = nullptr) : code(parseInto(document, xml, &report, name)) {}
+    ~Parsed() { delete document; }
+    TalvoXMLTerm* root(const char* tag) const { return document->findRoot(tag); }
+};
+
 std::string printDocument(TalvoXMLDocument* document) {
     document->print(std::fopen("printed.xml", "wb"), 2);  // closes the file
     return readFile("printed.xml");
@@ -69,12 +79,8 @@ std::string printDocument(TalvoXMLDocument* document) {
 struct Outcome { int code; std::string report, printed; };
 
 Outcome parse(const std::string& xml, const char* name = nullptr) {
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    Outcome outcome;
-    outcome.code = parseInto(document, xml, &outcome.report, name);
-    outcome.printed = printDocument(document);
-    delete document;
-    return outcome;
+    Parsed parsed(xml, name);
+    return {parsed.code, parsed.report, printDocument(parsed.document)};
 }
 
 // Everything `file` still holds from its current position.
@@ -131,11 +137,8 @@ TEST(TalvoXMLParser, ErrorsReportCodeAndLine) {
         EXPECT_EQ(outcome.printed, Header) << c.input;  // a failed parse leaves the document empty
     }
     delete messenger;
-}
-
-TEST(TalvoXMLParser, ReportNamesTheInputFile) {
-    Outcome outcome = parse("<?xml?>\n\n\n\n\n\n\n\n\n\n\n<a x='1'/>\n", "in.xml");
-    EXPECT_EQ(outcome.report, "SYNTAX ERROR [in.xml, line 12]:\nA '\"' was expected\n\n");
+    EXPECT_EQ(parse("<?xml?>\n\n\n\n\n\n\n\n\n\n\n<a x='1'/>\n", "in.xml").report,
+              "SYNTAX ERROR [in.xml, line 12]:\nA '\"' was expected\n\n");
 }
 
 TEST(TalvoXMLParser, ParserIsReusableAfterAnError) {
@@ -155,34 +158,23 @@ TEST(TalvoXMLParser, ParserIsReusableAfterAnError) {
     delete document;
 }
 
-// A printer is there on first use; a replacement is the one handed out.
-TEST(TalvoXMLParser, GetPrinterMakesOneThenGivesTheReplacement) {
-    TalvoXMLParser parser;
-    TalvoXMLPrinter *first = parser.getPrinter(), *other = new TalvoXMLPrinter();
-    EXPECT_NE(first, nullptr);
-    EXPECT_EQ(parser.getPrinter(), first);
-    parser.setPrinter(other);
-    EXPECT_EQ(parser.getPrinter(), other);
-}
-
-TEST(TalvoXMLParser, TrailingWhiteSpaceEndsTheParseQuietly) {
-    Outcome outcome = parse("<?xml?>\n<a/>\n\n  \t\r\n");
-    EXPECT_EQ(outcome.code, 0);
-    EXPECT_EQ(outcome.report, "");
-    EXPECT_EQ(parse("<?xml?>\n<a/>\n  tail  \n\n").report, syntaxError(5, "Unexpected end of file\n"));
-}
-
-TEST(TalvoXMLParser, SelfClosingChildAndLineNumbers) {
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    std::string report;
-    ASSERT_EQ(parseInto(document, Header + "<a>\n  <b/>\n\n  text\n</a>\n", &report), 0);
-    TalvoXMLTerm* a = document->findRoot("a");
+TEST(TalvoXMLParser, SelfClosingChildLineNumbersAndNulBytes) {
+    Parsed parsed(Header + "<a>\n  <b/>\n\n  text\n</a>\n");
+    ASSERT_EQ(parsed.code, 0);
+    TalvoXMLTerm* a = parsed.root("a");
     EXPECT_EQ(a->getLineNumber(), 2);
     ASSERT_EQ(a->getNumberOfChildren(), 2);
     EXPECT_TRUE(a->getNthChild(0)->isNodeOfTag("b"));
     EXPECT_STREQ(a->getNthChild(1)->getText(), "text ");
     EXPECT_EQ(a->getNthChild(1)->getLineNumber(), 6);  // a text is made at the "<" that ends it
-    delete document;
+    const std::string nul(1, '\0');  // a NUL byte ends what a string shows
+    std::string body = "<a v=\"x" + nul + "y\">t" + nul + std::string(600, 'u') + "<!--c" + nul + "d--></a>";
+    Parsed withNul(Header + body);
+    ASSERT_EQ(withNul.code, 0) << withNul.report;
+    a = withNul.root("a");
+    EXPECT_STREQ(a->getAttributeValue("v"), "x");
+    EXPECT_STREQ(a->getNthChild(0)->getText(), "t");
+    EXPECT_STREQ(a->getNthChild(1)->getText(), "--c");
 }
 
 TEST(TalvoXMLParser, ChildTermsStoreWhatWasRead) {
@@ -196,32 +188,12 @@ TEST(TalvoXMLParser, ChildTermsStoreWhatWasRead) {
         {"<![CDATA[a]]b]]>", TalvoXMLTerm::CDATA, "a]]b"},
     };
     for (const Case& c : cases) {
-        TalvoXMLDocument* document = new TalvoXMLDocument();
-        std::string report;
-        ASSERT_EQ(parseInto(document, Header + "<a>" + c.body + "</a>", &report), 0) << c.body << report;
-        TalvoXMLTerm* term = document->findRoot("a")->getNthChild(0);
+        Parsed parsed(Header + "<a>" + c.body + "</a>");
+        ASSERT_EQ(parsed.code, 0) << c.body << parsed.report;
+        TalvoXMLTerm* term = parsed.root("a")->getNthChild(0);
         EXPECT_EQ(term->getType(), c.type) << c.body;
         EXPECT_STREQ(term->getText(), c.text) << c.body;
-        delete document;
     }
-}
-
-TEST(TalvoXMLParser, NulByteEndsWhatAStringShows) {
-    const std::string nul(1, '\0');
-    std::string body = "<a v=\"x" + nul + "y\">t" + nul + std::string(600, 'u') + "<!--c" + nul + "d--></a>";
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    std::string report;
-    ASSERT_EQ(parseInto(document, Header + body, &report), 0) << report;
-    TalvoXMLTerm* a = document->findRoot("a");
-    EXPECT_STREQ(a->getAttributeValue("v"), "x");
-    EXPECT_STREQ(a->getNthChild(0)->getText(), "t");
-    EXPECT_STREQ(a->getNthChild(1)->getText(), "--c");
-    delete document;
-}
-
-TEST(TalvoXMLParser, AttributesKeepOrderDuplicatesAndRawValues) {
-    Outcome outcome = parse(Header + "<a x = \"1\"\n y=\"two\nlines\" x=\"&lt;\" empty=\"\" n.s:q-r_s=\"'\"/>");
-    EXPECT_EQ(outcome.printed, Header + "<a x=\"1\" y=\"two\nlines\" x=\"&lt;\" empty=\"\" n.s:q-r_s=\"'\" />\n");
 }
 
 TEST(TalvoXMLParser, PrintedCDataReadsBackOnlyAfterABracket) {
@@ -233,15 +205,23 @@ TEST(TalvoXMLParser, PrintedCDataReadsBackOnlyAfterABracket) {
     EXPECT_EQ(parse(reread.printed).report, syntaxError(4, "Ill formed CDATA section\n"));
 }
 
-TEST(TalvoXMLParser, HeaderIsSkippedUpToQuestionMarkAndAngle) {
-    for (const char* header : {"<?xml a=\"?\" ?>", "<?>?>", "<?xml\nversion='1.0'\n?>"})
-        EXPECT_EQ(parse(std::string(header) + "<a/>").printed, Header + "<a />\n") << header;
-}
-
-TEST(TalvoXMLParser, SeveralRootsOfEveryType) {
-    Outcome outcome = parse(Header + "<!-- c --><a/>text<b></b>");
-    EXPECT_EQ(outcome.code, 0);
-    EXPECT_EQ(outcome.printed, Header + "<!-- c -->\n<a />\ntext\n<b />\n");
+TEST(TalvoXMLParser, DocumentsPrintBackWithTheirReport) {
+    struct Case { std::string xml, report, printed; } cases[] = {
+        {"<?xml?>\n<a/>\n\n  \t\r\n", "", Header + "<a />\n"},  // trailing white space ends quietly
+        {"<?xml?>\n<a/>\n  tail  \n\n", syntaxError(5, "Unexpected end of file\n"), Header},
+        {Header + "<a x = \"1\"\n y=\"two\nlines\" x=\"&lt;\" empty=\"\" n.s:q-r_s=\"'\"/>", "",
+         Header + "<a x=\"1\" y=\"two\nlines\" x=\"&lt;\" empty=\"\" n.s:q-r_s=\"'\" />\n"},
+        // the header is skipped up to the first "?>"
+        {"<?xml a=\"?\" ?><a/>", "", Header + "<a />\n"},
+        {"<?>?><a/>", "", Header + "<a />\n"},
+        {Header + "<!-- c --><a/>text<b></b>", "", Header + "<!-- c -->\n<a />\ntext\n<b />\n"},
+    };
+    for (const Case& c : cases) {
+        Outcome outcome = parse(c.xml);
+        EXPECT_EQ(outcome.code, c.report.empty() ? 0 : 1) << c.xml;
+        EXPECT_EQ(outcome.report, c.report) << c.xml;
+        EXPECT_EQ(outcome.printed, c.printed) << c.xml;
+    }
 }
 
 // Far deeper than the term stack: parsed, printed and deleted without trouble.
@@ -250,17 +230,16 @@ TEST(TalvoXMLParser, DeepNestingParsesPrintsAndDeletes) {
     std::string opening, closing;
     for (int i = 0; i < depth; ++i) opening += "<n>", closing += "</n>";
     std::string xml = Header + opening + "x" + closing + "\n";
-    TalvoXMLDocument* document = new TalvoXMLDocument();
-    std::string report;
-    ASSERT_EQ(parseInto(document, xml, &report), 0) << report;
-    TalvoXMLTerm* term = document->findRoot("n");
-    int levels = 0;
-    for (; term && term->isNode(); term = term->getNthChild(0)) ++levels;
-    EXPECT_EQ(levels, depth);
-    // Printed without indentation, every level takes one opening and one closing line.
-    document->print(std::fopen("printed.xml", "wb"), 0);
-    EXPECT_EQ(readFile("printed.xml").find("<n >\nx\n</n>\n</n>\n"), Header.size() + 5 * (depth - 1));
-    TalvoXMLDocument::free(document);
+    {
+        Parsed parsed(xml);
+        ASSERT_EQ(parsed.code, 0) << parsed.report;
+        int levels = 0;
+        for (TalvoXMLTerm* term = parsed.root("n"); term && term->isNode(); term = term->getNthChild(0)) ++levels;
+        EXPECT_EQ(levels, depth);
+        // Printed without indentation, every level takes one opening and one closing line.
+        parsed.document->print(std::fopen("printed.xml", "wb"), 0);
+        EXPECT_EQ(readFile("printed.xml").find("<n >\nx\n</n>\n</n>\n"), Header.size() + 5 * (depth - 1));
+    }
     // Unclosed, the same depth fails cleanly and frees everything.
     xml.resize(Header.size() + 3 * depth);
     EXPECT_EQ(parse(xml).report, syntaxError(2, "Non closed tag(s)\n"));
@@ -277,6 +256,12 @@ TEST(TalvoXMLParser, RaiseErrorAndWarningUseTheTermLine) {
     parser->raiseWarning(1012, "x", nullptr);
     EXPECT_FALSE(parser->getParseError());
     delete term;
+    // A printer is there on first use; a replacement is the one handed out.
+    TalvoXMLPrinter *first = parser->getPrinter(), *other = new TalvoXMLPrinter();
+    EXPECT_NE(first, nullptr);
+    EXPECT_EQ(parser->getPrinter(), first);
+    parser->setPrinter(other);
+    EXPECT_EQ(parser->getPrinter(), other);
     EXPECT_EQ(run.report(),
               "ERROR [line 7]:\nOpen and close tags do not correspond\n\n"
               "ERROR [cfg.xml, line 7]:\nUnknown rate: fast\n"
@@ -361,12 +346,10 @@ TEST(TalvoXMLParser, TextScanTreatsEveryByteAtEveryOffset) {
     for (const std::string& odd : stoppers) {
         for (size_t offset = 0; offset < 40; ++offset) {
             std::string raw = std::string(offset, 'w') + odd + std::string(40, 'v') + " z";
-            TalvoXMLDocument* document = new TalvoXMLDocument();
-            std::string report;
-            ASSERT_EQ(parseInto(document, Header + "<a>" + raw + "</a>", &report), 0) << report;
-            EXPECT_EQ(std::string(document->findRoot("a")->getNthChild(0)->getText()), collapsed(raw))
+            Parsed parsed(Header + "<a>" + raw + "</a>");
+            ASSERT_EQ(parsed.code, 0) << parsed.report;
+            EXPECT_EQ(std::string(parsed.root("a")->getNthChild(0)->getText()), collapsed(raw))
                 << offset << " " << odd;
-            delete document;
         }
     }
 }
@@ -375,13 +358,11 @@ TEST(TalvoXMLParser, TextScanTreatsEveryByteAtEveryOffset) {
 TEST(TalvoXMLParser, WhiteSpaceRunAcrossReadsIsOneBlank) {
     const size_t ReadSize = 16 * 1024;
     const std::string opening = Header + "<a>";
-    for (size_t before = 1; before <= 6; ++before) {
+    for (size_t before : {1, 2, 5}) {
         std::string raw = std::string(ReadSize - opening.size() - before, 'w') + " \n \n\t z";
-        TalvoXMLDocument* document = new TalvoXMLDocument();
-        std::string report;
-        ASSERT_EQ(parseInto(document, opening + raw + "</a>\n<b/>", &report), 0) << report;
-        EXPECT_EQ(std::string(document->findRoot("a")->getNthChild(0)->getText()), collapsed(raw)) << before;
-        EXPECT_EQ(document->findRoot("b")->getLineNumber(), 5) << before;
-        delete document;
+        Parsed parsed(opening + raw + "</a>\n<b/>");
+        ASSERT_EQ(parsed.code, 0) << parsed.report;
+        EXPECT_EQ(std::string(parsed.root("a")->getNthChild(0)->getText()), collapsed(raw)) << before;
+        EXPECT_EQ(parsed.root("b")->getLineNumber(), 5) << before;
     }
 }

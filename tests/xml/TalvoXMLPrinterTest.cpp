@@ -9,6 +9,7 @@
 
 #include <cstdio>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -29,6 +30,8 @@ const std::string Declaration = "<?xml version=\"1.0\"?>\n";
 
 typedef TalvoXMLPrinter P;
 typedef TalvoStream S;
+
+TalvoXMLTerm* node(const char* tag) { return new TalvoXMLTerm(TalvoXMLTerm::node, tag); }
 
 // A derived layout: every slot the tree walk uses is called through the table.
 class BracketPrinter : public TalvoXMLPrinter {
@@ -59,6 +62,9 @@ TEST(TalvoXMLPrinter, TagOperationsWriteTheirPiecesAndMoveTheDepth) {
     EXPECT_EQ(printed([](P* p, S* s) { p->printDocumentHeader("x", s); }, printer), Declaration + "<!DOCTYPE x>\n");
     EXPECT_EQ(printed([](P* p, S* s) { p->printDocumentHeader(nullptr, s); }, printer), Declaration);
     EXPECT_EQ(printer->getDepth(), 0);
+    printer->incrementDepth();  // texts are never indented, comments are
+    EXPECT_EQ(printed([](P* p, S* s) { p->printText("a\\tb", s); }, printer), "a\tb\n");
+    EXPECT_EQ(printed([](P* p, S* s) { p->printComment("DOCTYPE x", s); }, printer), "  <!DOCTYPE x>\n");
     delete printer;
 }
 
@@ -69,12 +75,18 @@ TEST(TalvoXMLPrinter, IndentationUnitAndNegativeDepth) {
     printer->incrementDepth();
     EXPECT_EQ(printed([](P* p, S* s) { p->printTag("a", s); }, printer), "\t\t<a />\n");
     printer->setIndentation(1);
-    for (int i = 0; i < 3; ++i)
-        printer->decrementDepth();
+    for (int i = 0; i < 3; ++i) printer->decrementDepth();
     EXPECT_EQ(printer->getDepth(), -1);
     EXPECT_EQ(printed([](P* p, S* s) { p->printTag("a", s); }, printer), "<a />\n");
     printer->setIndentation(nullptr);
     delete printer;
+    EXPECT_EQ(printed([](P* p, S* s) {  // null arguments print nothing
+                  p->printTerm(nullptr, s);
+                  p->printDocument(nullptr, s);
+                  p->printAttribute(static_cast<TalvoXMLAttribute*>(nullptr), s);
+                  p->printTag("a", nullptr);
+              }),
+              "");
 }
 
 TEST(TalvoXMLPrinter, AttributesOfEveryType) {
@@ -87,42 +99,27 @@ TEST(TalvoXMLPrinter, AttributesOfEveryType) {
 }
 
 TEST(TalvoXMLPrinter, ConstantAttributesPrintByType) {
-    TalvoConstant* constants[] = {
-        new TalvoConstant(),
-        new TalvoConstant(0.1),
-        new TalvoConstant("text"),
-        new TalvoConstant(static_cast<void*>(new TalvoConstant(1)), TalvoConstant::free, 9),
-        new TalvoConstant(false),
-        new TalvoConstant(-12),
+    const std::pair<TalvoConstant*, const char*> cases[] = {
+        {new TalvoConstant(), "nil"}, {new TalvoConstant(0.1), "0.1"}, {new TalvoConstant("text"), "text"},
+        {new TalvoConstant(static_cast<void*>(new TalvoConstant(1)), TalvoConstant::free, 9), "nil"},
+        {new TalvoConstant(false), "false"}, {new TalvoConstant(-12), "-12"},
     };
-    const char* expected[] = {" c=\"nil\"", " c=\"0.1\"", " c=\"text\"", " c=\"nil\"", " c=\"false\"", " c=\"-12\""};
-    for (int i = 0; i < 6; ++i) {
-        TalvoConstant* constant = constants[i];
-        EXPECT_EQ(printed([constant](P* p, S* s) { p->printAttribute("c", constant, s); }), expected[i]) << i;
+    for (const auto& c : cases) {
+        TalvoConstant* constant = c.first;
+        EXPECT_EQ(printed([constant](P* p, S* s) { p->printAttribute("c", constant, s); }), std::string(" c=\"") + c.second + "\"");
         delete constant;
     }
 }
 
-// Texts, CDATA and comments held by terms are pinned by the tree print below.
-TEST(TalvoXMLPrinter, TextsAndCommentsByString) {
-    TalvoXMLPrinter* printer = new TalvoXMLPrinter();
-    printer->incrementDepth();
-    EXPECT_EQ(printed([](P* p, S* s) { p->printText("a\\tb", s); }, printer), "a\tb\n");
-    EXPECT_EQ(printed([](P* p, S* s) { p->printComment("DOCTYPE x", s); }, printer), "  <!DOCTYPE x>\n");
-    delete printer;
-}
-
 TEST(TalvoXMLPrinter, NestedNodesIndentButTextsDoNot) {
-    TalvoXMLTerm* a = new TalvoXMLTerm(TalvoXMLTerm::node, "a");
-    TalvoXMLTerm* b = new TalvoXMLTerm(TalvoXMLTerm::node, "b");
-    TalvoXMLTerm* c = new TalvoXMLTerm(TalvoXMLTerm::node, "c");
+    TalvoXMLTerm *a = node("a"), *b = node("b"), *c = node("c");
     c->addAttribute("k", "v");
     b->addChild(c);
     b->addChild(new TalvoXMLTerm(TalvoXMLTerm::text, "deep"));
     b->addChild(new TalvoXMLTerm(TalvoXMLTerm::comment, "-- c --"));
     b->addChild(new TalvoXMLTerm(TalvoXMLTerm::CDATA, "[d"));
     a->addChild(b);
-    a->addChild(new TalvoXMLTerm(TalvoXMLTerm::node, "e"));
+    a->addChild(node("e"));
     EXPECT_EQ(printed([a](P* p, S* s) { p->printNode(a, s); }),
               "<a >\n"
               "  <b >\n"
@@ -137,24 +134,13 @@ TEST(TalvoXMLPrinter, NestedNodesIndentButTextsDoNot) {
 }
 
 TEST(TalvoXMLPrinter, TreeWalkCallsTheVirtualSlots) {
-    TalvoXMLTerm* a = new TalvoXMLTerm(TalvoXMLTerm::node, "a");
-    TalvoXMLTerm* b = new TalvoXMLTerm(TalvoXMLTerm::node, "b");
+    TalvoXMLTerm *a = node("a"), *b = node("b");
     b->addAttribute("x", "1");
     b->addChild(new TalvoXMLTerm(TalvoXMLTerm::text, "t"));
     a->addChild(b);
-    a->addChild(new TalvoXMLTerm(TalvoXMLTerm::node, "c"));
+    a->addChild(node("c"));
     BracketPrinter* printer = new BracketPrinter();
     EXPECT_EQ(printed([a](P* p, S* s) { p->printTerm(a, s); }, printer), "[a][b x]'t'[/b][c/][/a]");
     delete printer;
     delete a;
-}
-
-TEST(TalvoXMLPrinter, NullArgumentsPrintNothing) {
-    EXPECT_EQ(printed([](P* p, S* s) {
-                  p->printTerm(nullptr, s);
-                  p->printDocument(nullptr, s);
-                  p->printAttribute(static_cast<TalvoXMLAttribute*>(nullptr), s);
-                  p->printTag("a", nullptr);
-              }),
-              "");
 }

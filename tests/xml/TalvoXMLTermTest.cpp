@@ -19,9 +19,7 @@ TEST(TalvoXMLTerm, CompareTagOrdersUnsignedWithNullFirst) {
     EXPECT_STREQ(tag, "a");
     EXPECT_NE(tag, a->getTag());
     TalvoRawString::free(tag);
-    delete a;
-    delete high;
-    delete none;
+    for (TalvoXMLTerm* term : {a, high, none}) delete term;
 }
 
 TEST(TalvoXMLTerm, AttributeLookupFindsTheFirstOfDuplicates) {
